@@ -1,0 +1,63 @@
+# The project's own build vocabulary. A folder's CMakeLists.txt is one caddis_module call.
+
+# caddis_module(markup SOURCES A.cpp B.cpp DEPENDS text foundation LIBRARIES ICU::uc)
+#
+# One static library per source folder, known to the rest of the build as caddis::markup.
+# DEPENDS is the layering: a folder may include headers of the folders it depends on (and of those that they
+# depend on), and no others. The `layering` test reads these lines.
+function(caddis_module name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;LIBRARIES" ${ARGN})
+  set(target caddis_${name})
+  file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  add_library(${target} STATIC ${ARG_SOURCES})
+  add_library(caddis::${name} ALIAS ${target})
+  target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${headers})
+  list(TRANSFORM ARG_DEPENDS PREPEND caddis::)
+  target_link_libraries(${target} PUBLIC ${ARG_DEPENDS} PRIVATE ${ARG_LIBRARIES} caddis::warnings)
+endfunction()
+
+# caddis_test(markup SOURCES ATest.cpp BTest.cpp DEPENDS markup LIBRARIES DBus::DBus): one program per source
+# folder, one ctest entry per case, labelled with the folder.
+function(caddis_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;LIBRARIES" ${ARGN})
+  set(target ${name}_tests)
+  add_executable(${target} ${ARG_SOURCES})
+  list(TRANSFORM ARG_DEPENDS PREPEND caddis::)
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_link_libraries(${target} PRIVATE ${ARG_DEPENDS} ${ARG_LIBRARIES} caddis::warnings GTest::gtest_main)
+  target_compile_definitions(${target} PRIVATE CADDIS_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
+  target_precompile_headers(${target} PRIVATE <gtest/gtest.h>)
+  gtest_discover_tests(${target} PROPERTIES LABELS ${name} TIMEOUT 120 DISCOVERY_TIMEOUT 60)
+endfunction()
+
+# caddis_benchmark(markup SOURCES ABenchmark.cpp DEPENDS markup)
+function(caddis_benchmark name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;LIBRARIES" ${ARGN})
+  set(target ${name}_benchmarks)
+  add_executable(${target} ${ARG_SOURCES})
+  list(TRANSFORM ARG_DEPENDS PREPEND caddis::)
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/bench)
+  target_link_libraries(
+    ${target} PRIVATE ${ARG_DEPENDS} ${ARG_LIBRARIES} caddis::warnings benchmark::benchmark_main)
+  set_property(GLOBAL APPEND PROPERTY CADDIS_BENCHMARKS ${target})
+endfunction()
+
+# caddis_fuzzer(ZipArchive DEPENDS epub): fuzz/ZipArchiveFuzzer.cpp over the seeds in fuzz/corpus/ZipArchive.
+#
+# With CADDIS_FUZZ (clang) a libFuzzer program ZipArchiveFuzzer; always a program ZipArchiveFuzzer_replay that
+# runs the seeds, and mutations of them, as an ordinary test with any compiler.
+function(caddis_fuzzer name)
+  cmake_parse_arguments(ARG "" "" "DEPENDS;LIBRARIES" ${ARGN})
+  list(TRANSFORM ARG_DEPENDS PREPEND caddis::)
+  set(corpus ${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name})
+  add_executable(${name}Fuzzer_replay ${name}Fuzzer.cpp Replay.cpp)
+  target_link_libraries(${name}Fuzzer_replay PRIVATE ${ARG_DEPENDS} ${ARG_LIBRARIES} caddis::warnings)
+  add_test(NAME fuzz.${name} COMMAND ${name}Fuzzer_replay ${corpus})
+  set_tests_properties(fuzz.${name} PROPERTIES LABELS fuzz TIMEOUT 120)
+  if(CADDIS_FUZZ)
+    add_executable(${name}Fuzzer ${name}Fuzzer.cpp)
+    target_compile_options(${name}Fuzzer PRIVATE -fsanitize=fuzzer)
+    target_link_options(${name}Fuzzer PRIVATE -fsanitize=fuzzer)
+    target_link_libraries(${name}Fuzzer PRIVATE ${ARG_DEPENDS} ${ARG_LIBRARIES} caddis::warnings)
+  endif()
+endfunction()
