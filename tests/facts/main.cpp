@@ -1,0 +1,47 @@
+// caddis-facts: reads one JSON object a line, {"id", "kind", "path", "key"}, asks the library in this
+// process, and answers {"id", "value"}: a string, null for nil, or {"skip": reason}.
+
+#include "facts/Facts.h"
+#include "facts/JSONLine.h"
+
+#include <iostream>
+
+namespace caddis::facts {
+namespace {
+
+using Answerer = Answer (*)(const Question&);
+
+// One row per kind of file.
+const std::map<std::u16string_view, Answerer> kinds {};
+
+Answer answer(std::u16string_view kind, const Question& question)
+{
+    const auto found = kinds.find(kind);
+    return found == kinds.end() ? Answer::skip("no such kind yet") : found->second(question);
+}
+
+std::string encoded(const Answer& answer)
+{
+    if (answer.skipReason())
+        return R"({"skip": )" + quoted(String::fromUtf8(*answer.skipReason())) + "}";
+    return answer.value() ? quoted(*answer.value()) : "null";
+}
+
+std::string respond(const std::string& line)
+{
+    auto request = readObject(String::fromUtf8(line));
+    if (!request)
+        return R"({"error": "not a flat object of strings"})";
+    const auto member = [&](std::u16string_view key) { return (*request)[String(key)]; };
+    const Answer value = answer(member(u"kind"), { member(u"path"), member(u"key") });
+    return R"({"id": )" + quoted(member(u"id")) + R"(, "value": )" + encoded(value) + "}";
+}
+
+} // namespace
+} // namespace caddis::facts
+
+int main()
+{
+    for (std::string line; std::getline(std::cin, line);)
+        std::cout << caddis::facts::respond(line) << std::endl;
+}
