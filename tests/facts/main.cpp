@@ -7,12 +7,17 @@
 #include <iostream>
 
 namespace caddis::facts {
+
+Answer unicodeFact(const Question&);
+
 namespace {
 
 using Answerer = Answer (*)(const Question&);
 
 // One row per kind of file.
-const std::map<std::u16string_view, Answerer> kinds {};
+const std::map<std::u16string_view, Answerer> kinds {
+    { u"unicode", unicodeFact },
+};
 
 Answer answer(std::u16string_view kind, const Question& question)
 {
