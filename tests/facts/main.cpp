@@ -8,6 +8,7 @@
 
 namespace caddis::facts {
 
+Answer entityFact(const Question&);
 Answer unicodeFact(const Question&);
 
 namespace {
@@ -16,6 +17,7 @@ using Answerer = Answer (*)(const Question&);
 
 // One row per kind of file.
 const std::map<std::u16string_view, Answerer> kinds {
+    { u"entities", entityFact },
     { u"unicode", unicodeFact },
 };
 
