@@ -4,6 +4,7 @@
 #include "markup/RawText.h"
 #include "platform/base/Exception.h"
 #include "platform/base/UnitBuffer.h"
+#include "text/StringUtilities.h"
 
 #include <algorithm>
 
@@ -190,6 +191,20 @@ Range Scanner::nameOf(std::size_t tag, std::size_t end) const
 }
 
 } // namespace
+
+// Only the tag of a raw element can hold the opening of its own closing tag.
+bool TagEvent::isWholeElement() const
+{
+    if (!isStartTag() || !name.isFound() || !RawText::isRaw(units(name)))
+        return false;
+    const std::u16string_view all = units(tag);
+    for (std::size_t at = all.rfind(u"</"); at != std::u16string_view::npos && at > 0;
+         at = all.rfind(u"</", at - 1)) {
+        if (hasPrefixNoCase(all.substr(at + 2), units(name)))
+            return true;
+    }
+    return false;
+}
 
 bool GetTagsOfString(const String& string, TagHandlerFunction handler, Characters access)
 {

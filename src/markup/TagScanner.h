@@ -46,6 +46,8 @@ struct TagEvent {
     bool isSelfClosing() const { return tag.length >= 3 && characters[tag.end() - 2] == u'/'; }
     /// A tag of at least three units that opens an element.
     bool isStartTag() const { return tag.length >= 3 && !isEndTag() && !isSelfClosing(); }
+    /// A script or style element that came as one tag, its content and closing tag in it.
+    bool isWholeElement() const;
 };
 
 enum class Scan : bool { Continue = false, Stop = true };
