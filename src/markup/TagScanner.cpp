@@ -33,11 +33,11 @@ bool endsName(char16_t unit) { return unit == u'>' || unit == u'/' || whiteChara
 class Scanner {
 public:
     Scanner(const String& string, const char16_t* units, char16_t* mutableUnits, TagHandlerFunction handler)
-        : m_units(units)
+        : m_text({ units, string.length() })
+        , m_units(units)
         , m_length(string.length())
         , m_handler(handler)
         , m_event { string, units, mutableUnits }
-        , m_text({ units, string.length() })
     {
     }
 
@@ -53,12 +53,12 @@ private:
     Scan deliver(std::size_t tag, std::size_t behind);
     void finish(std::size_t openTag);
 
+    MaskedText m_text;
     const char16_t* m_units;
     std::size_t m_length;
     TagHandlerFunction m_handler;
-    TagEvent m_event;
-    MaskedText m_text;
     OpenTags m_openTags { m_text };
+    TagEvent m_event;
     RawText m_rawText { m_text };
     std::size_t m_next = 0; // Behind the last tag: where the present text run begins.
 };

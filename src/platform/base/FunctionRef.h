@@ -17,8 +17,9 @@ public:
     template <typename Callable>
     requires(!std::is_same_v<std::remove_cvref_t<Callable>,
                  FunctionRef> && std::is_invocable_r_v<Result, Callable&, Arguments...>)
+        // NOLINTNEXTLINE(google-explicit-constructor): any callable is an argument
         FunctionRef(Callable&& callable)
-    noexcept // NOLINT(google-explicit-constructor): any callable is an argument
+    noexcept
         : m_callable(const_cast<void*>(static_cast<const void*>(std::addressof(callable))))
         , m_invoke([](void* stored, Arguments... arguments) -> Result {
             return (*static_cast<std::add_pointer_t<Callable>>(stored))(
