@@ -1,0 +1,96 @@
+#include "platform/zip/MappedZip.h"
+
+#include "platform/files/MappedFile.h"
+
+#include <algorithm>
+#include <cstring>
+#include <zlib.h>
+
+namespace caddis {
+
+namespace {
+
+constexpr std::uint64_t DeflateLimit = 1032; // Bytes out per byte in; zlib's technical details derive it.
+
+std::int64_t& positionOf(voidpf opaque) { return *static_cast<std::int64_t*>(opaque); }
+
+const Data& dataOf(voidpf stream) { return *static_cast<const Data*>(stream); }
+
+// Positions come out of the archive, so their arithmetic must not overflow.
+std::int64_t wrapped(std::uint64_t position) { return static_cast<std::int64_t>(position); }
+
+} // namespace
+
+voidpf mmap_zopen(voidpf opaque, const void* fileName, int /*mode*/)
+{
+    auto data = MappedFile::open(String::fromUtf8(static_cast<const char*>(fileName)));
+    positionOf(opaque) = 0;
+    return data ? new Data(std::move(*data)) : nullptr;
+}
+
+uLong mmap_zread(voidpf opaque, voidpf stream, void* buffer, uLong size)
+{
+    std::int64_t& position = positionOf(opaque);
+    const Data& data = dataOf(stream);
+    if (position < 0 || static_cast<std::uint64_t>(position) >= data.size())
+        return 0;
+    const auto begin = static_cast<std::size_t>(position);
+    const std::size_t count = std::min<std::size_t>(size, data.size() - begin);
+    std::memcpy(buffer, data.bytes() + begin, count);
+    position += static_cast<std::int64_t>(count);
+    return count;
+}
+
+ZPOS64_T mmap_ztell(voidpf opaque, voidpf /*stream*/) { return static_cast<ZPOS64_T>(positionOf(opaque)); }
+
+long mmap_zseek(voidpf opaque, voidpf stream, ZPOS64_T offset, int origin)
+{
+    std::int64_t& position = positionOf(opaque);
+    switch (origin) {
+    case ZLIB_FILEFUNC_SEEK_SET:
+        position = wrapped(offset);
+        return 0;
+    case ZLIB_FILEFUNC_SEEK_CUR:
+        position = wrapped(static_cast<std::uint64_t>(position) + offset);
+        return 0;
+    case ZLIB_FILEFUNC_SEEK_END:
+        // Kept on purpose: the end minus the offset. minizip only seeks to the end itself.
+        position = wrapped(dataOf(stream).size() - offset);
+        return 0;
+    default:
+        return -1;
+    }
+}
+
+int mmap_zclose(voidpf opaque, voidpf stream)
+{
+    positionOf(opaque) = 0;
+    delete static_cast<const Data*>(stream);
+    return 0;
+}
+
+int mmap_zerror(voidpf opaque, voidpf stream)
+{
+    const std::int64_t position = positionOf(opaque);
+    return position < 0 || static_cast<std::uint64_t>(position) > dataOf(stream).size() ? -1 : 0;
+}
+
+zlib_filefunc64_def mmapFunctions(std::int64_t& position)
+{
+    return { mmap_zopen, mmap_zread, nullptr, mmap_ztell, mmap_zseek, mmap_zclose, mmap_zerror, &position };
+}
+
+bool canYieldDeclaredSize(const unz_file_info64& member, std::uint64_t archiveSize)
+{
+    const std::uint64_t compressed = std::min<std::uint64_t>(member.compressed_size, archiveSize);
+    switch (member.compression_method) {
+    case 0:
+        return member.uncompressed_size <= compressed;
+    case Z_DEFLATED:
+        return member.uncompressed_size / DeflateLimit <= compressed;
+    default:
+        return false;
+    }
+}
+
+} // namespace caddis
