@@ -9,7 +9,9 @@
 namespace caddis::facts {
 
 Answer entityFact(const Question&);
+Answer epubFact(const Question&);
 Answer unicodeFact(const Question&);
+Answer zipFact(const Question&);
 
 namespace {
 
@@ -18,7 +20,9 @@ using Answerer = Answer (*)(const Question&);
 // One row per kind of file.
 const std::map<std::u16string_view, Answerer> kinds {
     { u"entities", entityFact },
+    { u"epub", epubFact },
     { u"unicode", unicodeFact },
+    { u"zip", zipFact },
 };
 
 Answer answer(std::u16string_view kind, const Question& question)
