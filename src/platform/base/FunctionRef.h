@@ -14,6 +14,7 @@ template <typename Signature> class FunctionRef;
 /// lambda in the argument list lives until the call returns.
 template <typename Result, typename... Arguments> class FunctionRef<Result(Arguments...)> {
 public:
+    // NOLINTBEGIN(google-explicit-constructor): any callable is an argument
     template <typename Callable>
     requires(!std::is_same_v<std::remove_cvref_t<Callable>,
                  FunctionRef> && std::is_invocable_r_v<Result, Callable&, Arguments...>)
@@ -27,6 +28,7 @@ public:
         })
     {
     }
+    // NOLINTEND(google-explicit-constructor)
 
     Result operator()(Arguments... arguments) const
     {

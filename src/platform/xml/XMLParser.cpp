@@ -130,7 +130,7 @@ bool XMLParserContext::push(std::string_view piece)
 
 bool XMLParserContext::isInsideOverlongTag() const
 {
-    const xmlParserInputPtr input = m_context->input;
+    const xmlParserInput* input = m_context->input;
     return input && static_cast<std::size_t>(input->end - input->cur) > LongestTag && input->cur[0] == '<'
         && input->cur[1] != '!' && input->cur[1] != '?';
 }
