@@ -8,6 +8,7 @@
 
 namespace caddis::facts {
 
+Answer dateFact(const Question&);
 Answer entityFact(const Question&);
 Answer epubFact(const Question&);
 Answer unicodeFact(const Question&);
@@ -19,6 +20,7 @@ using Answerer = Answer (*)(const Question&);
 
 // One row per kind of file.
 const std::map<std::u16string_view, Answerer> kinds {
+    { u"dates", dateFact },
     { u"entities", entityFact },
     { u"epub", epubFact },
     { u"unicode", unicodeFact },
