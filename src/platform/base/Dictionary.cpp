@@ -1,6 +1,7 @@
 #include "platform/base/Value.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace caddis {
 
@@ -26,6 +27,20 @@ Dictionary Dictionary::fromPairs(
         if (!value)
             break;
         result.set(String(key), *value);
+    }
+    return result;
+}
+
+Dictionary Dictionary::adopt(std::vector<Entry> entries)
+{
+    Dictionary result;
+    std::unordered_map<String, std::size_t> positions(entries.size());
+    for (Entry& entry : entries) {
+        const auto [position, isNew] = positions.try_emplace(entry.key, result.count());
+        if (isNew)
+            result.m_entries.push_back(std::move(entry));
+        else
+            result.m_entries[position->second].value = std::move(entry.value);
     }
     return result;
 }

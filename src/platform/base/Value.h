@@ -44,6 +44,10 @@ public:
     static Dictionary fromPairs(
         std::initializer_list<std::pair<std::u16string_view, std::optional<Value>>> pairs);
 
+    /// Takes over entries that may be hostile: where a key comes twice its last value counts, in the first
+    /// one's place. Linear, unlike a loop over set.
+    static Dictionary adopt(std::vector<Entry> entries);
+
     std::size_t count() const noexcept;
     bool isEmpty() const noexcept { return count() == 0; }
     const Entry* begin() const noexcept;

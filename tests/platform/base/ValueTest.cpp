@@ -66,5 +66,13 @@ TEST(Date, DescribesItselfInUTC)
     EXPECT_EQ(Date { 1e300 }.description(), u"1e+300");
 }
 
+TEST(Dictionary, AdoptsEntriesOfWhichTheLastOfAKeyCounts)
+{
+    const Dictionary adopted = Dictionary::adopt({ { u"a"_s, 1 }, { u"b"_s, 2 }, { u"a"_s, 3 } });
+    EXPECT_EQ(adopted, (Dictionary { { u"a"_s, 3 }, { u"b"_s, 2 } }));
+    EXPECT_EQ(adopted.begin()->key, u"a"_s);
+    EXPECT_TRUE(Dictionary::adopt({}).isEmpty());
+}
+
 } // namespace
 } // namespace caddis
