@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/ipc/Message.h"
+#include "platform/ipc/RemoteObject.h"
+#include "platform/ipc/Wire.h"
+
+namespace caddis {
+
+/// Who asks: what the answer has to know of a connection.
+struct Caller {
+    unsigned number; ///< counts the connections of the server, from 1
+    wire::Descriptors descriptors; ///< whether it takes them
+};
+
+/// Has `object` do what a method call asks for, and returns the answer: a result or an error. Besides the
+/// object's own methods it answers Introspect and, for libraries that always say it, Hello.
+MessagePointer answerRequest(const RemoteObject& object, DBusMessage* request, const Caller& caller);
+
+} // namespace caddis

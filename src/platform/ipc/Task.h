@@ -1,0 +1,79 @@
+#pragma once
+
+#include "platform/base/String.h"
+#include "platform/ipc/Descriptor.h"
+
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace caddis {
+
+/// How much a program's work matters to the person in front of the machine.
+///
+///     UserInteractive, UserInitiated, Default   no change
+///     Utility                                   nice 5, lowest best-effort I/O
+///     Background                                nice 10, runs when nothing else does, idle I/O
+enum class QualityOfService { UserInteractive, UserInitiated, Default, Utility, Background };
+
+/// A child process: described first, then launched once.
+///
+/// The program gets this process's standard streams and environment unless told otherwise, no other
+/// descriptor, and default signal handling. It is not stopped when the task goes away.
+class Task {
+public:
+    explicit Task(String launchPath, std::vector<String> arguments = {});
+    Task(Task&&) noexcept = default;
+    Task& operator=(Task&&) = delete;
+    ~Task();
+
+    const String& launchPath() const { return m_launchPath; }
+    void setQualityOfService(QualityOfService quality) { m_quality = quality; }
+    /// "NAME=value" each, in place of this process's environment.
+    void setEnvironment(std::vector<std::string> environment) { m_environment = std::move(environment); }
+    /// Standard error goes to a pipe, from whose standardError() it has to be read.
+    void setStandardErrorToPipe() { m_pipesStandardError = true; }
+
+    /// Starts the program. False when it cannot be started at all: there is none at the path, or it is none.
+    /// Throws Exception "InvalidArgumentException" when the task has been launched before, or when there are
+    /// no descriptors for it.
+    bool launch();
+    bool isRunning();
+    /// SIGINT and SIGTERM; nothing happens when the program has ended.
+    void interrupt();
+    void terminate();
+    /// The exit status, or 128 and the number of the signal that ended it.
+    int waitUntilExit();
+    /// The same without waiting; nil while the program runs, and when it was never started.
+    std::optional<int> terminationStatus();
+
+    pid_t processIdentifier() const { return m_process; }
+    const Descriptor& standardError() const { return m_standardError; }
+
+private:
+    bool reap(int options);
+    void signal(int number);
+
+    String m_launchPath;
+    std::vector<String> m_arguments;
+    std::optional<std::vector<std::string>> m_environment;
+    QualityOfService m_quality = QualityOfService::Default;
+    bool m_pipesStandardError = false;
+
+    pid_t m_process = 0;
+    Descriptor m_processDescriptor;
+    Descriptor m_standardError;
+    std::optional<int> m_status;
+};
+
+inline namespace NSTaskOstraExtensions {
+
+/// Runs a program to its end. True when its status is 0; false when it is another one, when there is no such
+/// program, and (logged) on an exception.
+bool launchTaskAndWaitUntilExitWithLaunchPath(const String& path, const std::vector<String>& arguments);
+bool launchAndWaitUntilExit(Task& task);
+
+} // namespace NSTaskOstraExtensions
+
+} // namespace caddis
