@@ -1,0 +1,71 @@
+#pragma once
+
+#include "platform/ipc/Connection.h"
+#include "platform/ipc/Task.h"
+
+#include <memory>
+
+namespace caddis {
+
+/// A helper process as its application sees it: started when needed, found again when it runs, stopped.
+///
+///     const auto helper = HelperTask::initWithPath(
+///         path, HelperServiceName, &OstraImExport, 15.0, QualityOfService::Utility);
+///     if (const auto proxy = helper->proxy())
+///         … proxy->call("Ping") …
+///
+/// A task is idle, or launched (its connection is cached on the launching thread), or has given up: after two
+/// failures it never launches again, but still finds a helper that somebody else has started.
+class HelperTask {
+public:
+    /// The program at `path` registers `registeredProxyName`. `timeout`, in seconds, is the default for
+    /// connecting and for requests and replies. `protocol` has to outlive the proxies; it may be null.
+    /// Null, logged, when the path or the name is empty.
+    static std::unique_ptr<HelperTask> initWithPath(const String& path, const String& registeredProxyName,
+        const RemoteProtocol* protocol, double timeout, QualityOfService quality);
+    /// Terminates the helper that this task has launched.
+    ~HelperTask();
+    HelperTask(const HelperTask&) = delete;
+    HelperTask& operator=(const HelperTask&) = delete;
+
+    /// Stops what this task has launched before, starts a new helper and waits up to 5 seconds for it to
+    /// register. Nil, logged, when that fails; nil in silence after two failures.
+    std::optional<Proxy> launchUsingTimeout(double timeout);
+    std::optional<Proxy> launch() { return launchUsingTimeout(m_timeout); }
+    /// The proxy of a helper that runs already, whoever started it; nil without one.
+    std::optional<Proxy> launchedProxyUsingTimeout(double timeout);
+    std::optional<Proxy> launchedProxy() { return launchedProxyUsingTimeout(m_timeout); }
+    /// A helper that runs already, or else a new one.
+    std::optional<Proxy> proxyUsingTimeout(double timeout);
+    std::optional<Proxy> proxy() { return proxyUsingTimeout(m_timeout); }
+
+    /// Whether the running helper says so; false when none runs or when it does not know the question.
+    bool stillBusy();
+    /// Waits while the helper is still busy, at most `seconds`.
+    void waitUntilDone(double seconds);
+
+    /// Asks the launched helper to end, by SIGINT or SIGTERM, and forgets it.
+    void interrupt();
+    void terminate();
+    /// Forgets the launched helper and this thread's connection to it.
+    void invalidate();
+
+    double timeout() const { return m_timeout; }
+    void setTimeout(double seconds) { m_timeout = seconds; }
+
+private:
+    HelperTask(String path, String registeredProxyName, const RemoteProtocol* protocol, double timeout,
+        QualityOfService quality);
+    std::optional<Proxy> startAndConnect(double timeout);
+    bool hasGivenUp() const { return m_failedAttempts > 1; }
+
+    std::unique_ptr<Task> m_task;
+    String m_proxyName;
+    String m_path;
+    double m_timeout;
+    const RemoteProtocol* m_protocol;
+    unsigned m_failedAttempts = 0;
+    QualityOfService m_qualityOfService;
+};
+
+} // namespace caddis
