@@ -2,21 +2,7 @@
 
 #include "text/StringUtilities.h"
 
-#include <algorithm>
-
 namespace caddis {
-
-namespace {
-
-bool containsNoCase(std::u16string_view units, std::u16string_view part)
-{
-    const auto isEqual = [](char16_t left, char16_t right) {
-        return isEqualNoCase({ &left, 1 }, { &right, 1 });
-    };
-    return std::search(units.begin(), units.end(), part.begin(), part.end(), isEqual) != units.end();
-}
-
-} // namespace
 
 DRMParser::DRMParser(const Data& data) { XMLParser::parse(data, *this); }
 

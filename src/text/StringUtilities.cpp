@@ -2,6 +2,7 @@
 
 #include "platform/base/MutableString.h"
 #include "text/CharacterTables.h"
+#include "text/FastComparison.h"
 
 #include <algorithm>
 
@@ -79,7 +80,7 @@ bool containsAlphaCharacter(std::u16string_view units)
 
 bool isEqualNoCase(std::u16string_view left, std::u16string_view right)
 {
-    return std::ranges::equal(left, right, {}, toUpper, toUpper);
+    return left.size() == right.size() && fastCaseInsensitiveCompareUnichars(left, right) == 0;
 }
 
 bool hasPrefixNoCase(std::u16string_view units, std::u16string_view prefix)
@@ -90,6 +91,11 @@ bool hasPrefixNoCase(std::u16string_view units, std::u16string_view prefix)
 bool hasSuffixNoCase(std::u16string_view units, std::u16string_view suffix)
 {
     return units.size() >= suffix.size() && isEqualNoCase(units.substr(units.size() - suffix.size()), suffix);
+}
+
+bool containsNoCase(std::u16string_view units, std::u16string_view needle)
+{
+    return fastCaseInsensitiveContainsUnichars(units, needle) != nullptr;
 }
 
 String firstLine(const String& text)

@@ -27,6 +27,8 @@ bool containsAlphaCharacter(std::u16string_view units);
 bool isEqualNoCase(std::u16string_view left, std::u16string_view right);
 bool hasPrefixNoCase(std::u16string_view units, std::u16string_view prefix);
 bool hasSuffixNoCase(std::u16string_view units, std::u16string_view suffix);
+/// False for an empty needle.
+bool containsNoCase(std::u16string_view units, std::u16string_view needle);
 
 /// The text before the first line end (U+000A to U+000D, U+0085, U+2028, U+2029).
 /// Same: returns `text` itself when there is none.

@@ -35,6 +35,8 @@ TEST(StringUtilities, ComparesWithoutCaseUnitByUnit)
     EXPECT_FALSE(hasPrefixNoCase(u"cd", u"cdata"));
     EXPECT_TRUE(hasSuffixNoCase(u"Book.EPUB", u".epub"));
     EXPECT_TRUE(hasSuffixNoCase(u"Book", u""));
+    EXPECT_TRUE(containsNoCase(u"https://www.BarnesAndNoble.com", u"barnesandnoble"));
+    EXPECT_FALSE(containsNoCase(u"text", u""));
 }
 
 TEST(StringUtilities, FindsTheFirstLineAndLetters)
