@@ -84,6 +84,11 @@ void Dictionary::remove(std::u16string_view key)
     std::erase_if(m_entries, [&](const Entry& entry) { return entry.key == key; });
 }
 
+void Dictionary::removeNulls()
+{
+    std::erase_if(m_entries, [](const Entry& entry) { return entry.value.is<Null>(); });
+}
+
 bool operator==(const Dictionary& left, const Dictionary& right)
 {
     return left.count() == right.count() && std::ranges::all_of(left, [&](const Dictionary::Entry& entry) {

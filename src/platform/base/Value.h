@@ -64,6 +64,8 @@ public:
     /// Removes the key when there is no value.
     void set(const String& key, std::optional<Value> value);
     void remove(std::u16string_view key);
+    /// Removes every entry whose value is the null object.
+    void removeNulls();
 
     friend bool operator==(const Dictionary& left, const Dictionary& right);
 

@@ -1,0 +1,30 @@
+#include "service/CaddisHelper.h"
+
+#include "service/FileArgument.h"
+
+#include <cstdlib>
+
+namespace caddis {
+
+void CaddisHelper::terminate()
+{
+    // Not quick_exit: what a sanitizer or a profile has to say at the end is still said.
+    std::exit(EXIT_SUCCESS);
+}
+
+std::optional<Dictionary> CaddisHelper::metaDataForFile(const File& file)
+{
+    const FileArgument argument(file);
+    auto metaData = argument.path() ? m_mdimporter.metaDataOfFileAtPath(*argument.path()) : std::nullopt;
+    if (metaData)
+        metaData->removeNulls();
+    return metaData;
+}
+
+bool CaddisHelper::supportsFile(const File& file)
+{
+    const FileArgument argument(file);
+    return argument.path() && m_mdimporter.supportsFileAtPath(*argument.path());
+}
+
+} // namespace caddis

@@ -1,0 +1,68 @@
+// The protocol in one place: member, arguments, result, and what serves it. The interface file beside this
+// source says the same to callers, with the arguments' names.
+
+#include "service/OstraImExport.h"
+
+#include "platform/base/Log.h"
+#include "service/Interface.h"
+
+namespace caddis {
+
+namespace {
+
+using Result = std::optional<Value>;
+
+// What an operation gives that is not built yet: the failure that its callers have to expect in any case.
+Result fails(const Arguments&) { return std::nullopt; }
+
+Result failsWithEmptyReply(const Arguments&) { return Dictionary(); }
+
+Result failsWithNo(const Arguments&) { return false; }
+
+// Kept on purpose: some callers send this to any object at hand; it is logged and does nothing.
+Result setImage(const Arguments&)
+{
+    log(u"Workaround: %@ (%@)", u"setImage:"_s, u"CaddisHelper"_s);
+    return std::nullopt;
+}
+
+} // namespace
+
+RemoteObject ostraImExport(CaddisHelper& helper)
+{
+    const auto terminate = [&](const Arguments&) -> Result { helper.terminate(); };
+    const auto ping = [&](const Arguments&) -> Result {
+        helper.ping();
+        return std::nullopt;
+    };
+    const auto metaData
+        = [&](const Arguments& arguments) -> Result { return helper.metaDataForFile(arguments[0]); };
+    const auto supports
+        = [&](const Arguments& arguments) -> Result { return helper.supportsFile(arguments[0]); };
+
+    return {
+        .path = "/CaddisHelper",
+        .interface = "org.caddis.OstraImExport",
+        .introspection = OstraImExportXML,
+        .methods = {
+            { "Terminate", "", "", terminate },
+            { "Ping", "", "", ping },
+            { "PDFImageRepOfFile", "v", "av", fails },
+            { "ImageWithContentsOfFile", "vxbbb", "aa{sv}", fails },
+            { "PreviewForFile", "vxb", "av", fails },
+            { "AttributedStringWithPDF", "bv", "aa{sv}", fails },
+            { "PosterImageForMovieWithFile", "v", "a{sv}", failsWithEmptyReply },
+            { "AttributedStringWithContentsOfFile", "v", "aa{sv}", fails },
+            { "SearchableTextOfWebArchive", "v", "a{sv}", failsWithEmptyReply },
+            { "WriteRTFDDataToFile", "vv", "b", failsWithNo },
+            { "RTFDWithHTML", "vvbv", "av", fails },
+            { "MetaDataForFile", "v", "aa{sv}", metaData },
+            { "SupportsFile", "v", "b", supports },
+            { "ExecuteFile", "vv(uay)", "", fails },
+            { "ExecuteSource", "vv(uay)", "", fails },
+            { "SetImage", "v", "", setImage },
+        },
+    };
+}
+
+} // namespace caddis

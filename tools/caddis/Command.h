@@ -1,0 +1,45 @@
+#pragma once
+
+#include "client/HelperTask.h"
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+/// What the tool can do: one row per command, and what a row gets to work with.
+namespace caddis::tool {
+
+/// How the process ends.
+enum ExitCode : int {
+    Success = 0,
+    NothingFound = 1, ///< every request was answered, and at least one with nothing
+    Usage = 2,
+    HelperFailed = 3, ///< no helper could be had, or it died or did not answer in time
+};
+
+/// One call of the tool.
+struct Invocation {
+    bool json = false;
+    std::optional<std::string> output; ///< -o
+    std::vector<std::string> arguments;
+    std::function<Proxy()> helper; ///< launches one when none runs; throws HelperUnavailable
+    std::function<std::optional<Proxy>()> runningHelper; ///< never launches
+};
+
+struct HelperUnavailable { };
+
+struct Command {
+    const char* name;
+    const char* arguments;
+    const char* summary;
+    const char* example; ///< with what it prints
+    std::size_t leastArguments;
+    ExitCode (*run)(const Invocation&);
+};
+
+/// The path as the helper, which has another working directory, must be told it.
+String absolutePath(const std::string& path);
+
+} // namespace caddis::tool

@@ -1,0 +1,175 @@
+// caddis: the application's side of the helper, for people. It launches the helper and sends it requests;
+// what it prints, the helper has found out.
+
+#include "Command.h"
+#include "FileCommands.h"
+#include "HelperCommands.h"
+#include "Quiet.h"
+#include "client/OstraImExport.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+using namespace caddis;
+using namespace caddis::tool;
+
+namespace {
+
+constexpr double TimeoutSeconds = 15;
+
+constexpr Command table[] = {
+    { "info", "FILE…", "what is known of files: title, authors and so on",
+        "  $ caddis info moby-dick.epub\n"
+        "  moby-dick.epub\n"
+        "    kMDItemTitle    Moby-Dick\n"
+        "    kMDItemAuthors  Herman Melville\n",
+        1, info },
+    { "supports", "FILE…", "whether something can be found out about files of their kind",
+        "  $ caddis supports moby-dick.epub notes.xyz\n"
+        "  yes  moby-dick.epub\n"
+        "  no   notes.xyz\n",
+        1, supports },
+    { "bookmark", "FILE", "bookmark data, which leads to the file even when it is renamed",
+        "  $ caddis bookmark moby-dick.epub -o moby.bookmark\n", 1, bookmark },
+    { "ping", "", "whether the helper answers, and how fast",
+        "  $ caddis ping\n"
+        "  the helper answered in 0.041 ms\n",
+        0, ping },
+    { "terminate", "", "end the helper that runs", "  $ caddis ping --keep && caddis terminate\n", 0,
+        terminate },
+};
+
+constexpr char Options[] = "  --json       print JSON, one line per result\n"
+                           "  -o FILE      write data to FILE\n"
+                           "  --keep       leave a helper that had to be launched running\n"
+                           "  --help       this; after a command, that command\n";
+
+void printUsage(std::FILE* out)
+{
+    std::fputs("caddis COMMAND [OPTIONS] [ARGUMENTS]\n\n", out);
+    for (const Command& command : table)
+        std::fprintf(out, "  %-10s %-6s %s\n", command.name, command.arguments, command.summary);
+    std::fprintf(
+        out, "\n%s\nExit status: 0 done, 1 nothing found, 2 wrong usage, 3 the helper failed.\n", Options);
+}
+
+void printUsage(std::FILE* out, const Command& command)
+{
+    std::fprintf(out, "caddis %s [OPTIONS] %s\n  %s\n\n%s\n%s", command.name, command.arguments,
+        command.summary, command.example, Options);
+}
+
+// Beside the tool in a build tree, under libexec where it is installed; CADDIS_HELPER names another.
+String helperPath()
+{
+    if (const char* chosen = std::getenv("CADDIS_HELPER"))
+        return absolutePath(chosen);
+    const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    for (const char* place : { "CaddisHelper", "../libexec/caddis/CaddisHelper" }) {
+        if (std::filesystem::exists(folder / place))
+            return String::fromUtf8((folder / place).lexically_normal().string());
+    }
+    return String::fromUtf8((folder / "CaddisHelper").string());
+}
+
+const Command* commandNamed(std::string_view name)
+{
+    const auto* const found = std::ranges::find(table, name, &Command::name);
+    return found == std::end(table) ? nullptr : found;
+}
+
+struct CommandLine {
+    const Command* command = nullptr;
+    bool help = false;
+    bool keep = false;
+    std::optional<std::string> mistake;
+    Invocation invocation;
+};
+
+CommandLine parse(std::span<char*> words)
+{
+    CommandLine line;
+    bool optionsEnded = false;
+    for (std::size_t index = 0; index < words.size() && !line.mistake; ++index) {
+        const std::string word = words[index];
+        if (optionsEnded || word == "-" || !word.starts_with('-')) {
+            if (line.command)
+                line.invocation.arguments.push_back(word);
+            else if (!(line.command = commandNamed(word)))
+                line.mistake = "there is no command " + word;
+        } else if (word == "--")
+            optionsEnded = true;
+        else if (word == "--json")
+            line.invocation.json = true;
+        else if (word == "--keep")
+            line.keep = true;
+        else if (word == "--help" || word == "-h")
+            line.help = true;
+        else if (word == "-o" && index + 1 < words.size())
+            line.invocation.output = words[++index];
+        else
+            line.mistake = "there is no option " + word;
+    }
+    if (!line.help && !line.mistake && line.command
+        && line.invocation.arguments.size() < line.command->leastArguments)
+        line.mistake = "a file is missing";
+    return line;
+}
+
+ExitCode complain(const CommandLine& line)
+{
+    if (line.mistake)
+        std::fprintf(stderr, "caddis: %s\n\n", line.mistake->c_str());
+    std::FILE* out = line.help && !line.mistake ? stdout : stderr;
+    if (line.command)
+        printUsage(out, *line.command);
+    else
+        printUsage(out);
+    return line.help && !line.mistake ? Success : Usage;
+}
+
+ExitCode run(CommandLine& line)
+{
+    auto helper = HelperTask::initWithPath(helperPath(), String(HelperServiceName), &OstraImExport,
+        TimeoutSeconds, QualityOfService::UserInitiated);
+    line.invocation.runningHelper = [&] { return helper->launchedProxy(); };
+    line.invocation.helper = [&] {
+        if (auto proxy = helper->launchedProxy())
+            return *proxy;
+        const Quiet quiet(line.keep);
+        const auto launched = helper->launch();
+        return launched ? *launched : throw HelperUnavailable();
+    };
+    ExitCode code = HelperFailed;
+    try {
+        code = line.command->run(line.invocation);
+    } catch (const HelperUnavailable&) {
+        std::fputs("caddis: no helper could be launched\n", stderr);
+    } catch (const Exception& exception) {
+        std::fprintf(stderr, "caddis: the helper failed: %s\n", exception.what());
+    }
+    if (line.keep)
+        static_cast<void>(helper.release()); // Its end would terminate the helper.
+    return code;
+}
+
+} // namespace
+
+namespace caddis::tool {
+
+String absolutePath(const std::string& path)
+{
+    return String::fromUtf8(std::filesystem::absolute(path).lexically_normal().string());
+}
+
+} // namespace caddis::tool
+
+int main(int argumentCount, char** arguments)
+{
+    CommandLine line = parse({ arguments + 1, static_cast<std::size_t>(std::max(argumentCount - 1, 0)) });
+    if (line.mistake || line.help || !line.command)
+        return complain(line);
+    return run(line);
+}
