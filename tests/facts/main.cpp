@@ -11,6 +11,7 @@ namespace caddis::facts {
 Answer dateFact(const Question&);
 Answer entityFact(const Question&);
 Answer epubFact(const Question&);
+Answer htmlFact(const Question&);
 Answer unicodeFact(const Question&);
 Answer zipFact(const Question&);
 
@@ -23,6 +24,7 @@ const std::map<std::u16string_view, Answerer> kinds {
     { u"dates", dateFact },
     { u"entities", entityFact },
     { u"epub", epubFact },
+    { u"html", htmlFact },
     { u"unicode", unicodeFact },
     { u"zip", zipFact },
 };
