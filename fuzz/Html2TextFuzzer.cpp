@@ -20,7 +20,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         <= html.length() + 1);
     INVARIANT(stringByConvertingHtml2SimplifiedPlainText(html).length() <= html.length() + 1);
 
-    // Hidden text is a unit that nothing else writes. It stands in front: markup before it might hide its tags.
+    // Hidden text is a unit that nothing else writes. It stands in front: markup before it might hide its
+    // tags.
     constexpr char16_t Mark = 0xE123;
     for (const char16_t* hidden :
         { u"<div style='display:none'><div>\uE123</div>\uE123</div>", u"<select><option>\uE123</select>",
