@@ -1,6 +1,7 @@
 #include "platform/zip/MappedZip.h"
 
 #include "platform/files/MappedFile.h"
+#include "platform/zip/Zip64Sizes.h"
 
 #include <algorithm>
 #include <cstring>
@@ -14,7 +15,27 @@ constexpr std::uint64_t DeflateLimit = 1032; // Bytes out per byte in; zlib's te
 
 std::int64_t& positionOf(voidpf opaque) { return *static_cast<std::int64_t*>(opaque); }
 
-const Data& dataOf(voidpf stream) { return *static_cast<const Data*>(stream); }
+// What minizip knows as the stream.
+struct Stream {
+    Data data;
+    CorrectedFields corrections;
+};
+
+const Data& dataOf(voidpf stream) { return static_cast<const Stream*>(stream)->data; }
+
+// Puts the corrected fields over what was read of them.
+void correct(const CorrectedFields& corrections, std::uint64_t begin, std::uint8_t* bytes, std::size_t count)
+{
+    const std::uint64_t end = begin + count;
+    for (auto field = corrections.lower_bound(begin < 3 ? 0 : begin - 3);
+         field != corrections.end() && field->first < end; ++field) {
+        for (std::size_t index = 0; index < field->second.size(); ++index) {
+            const std::uint64_t position = field->first + index;
+            if (position >= begin && position < end)
+                bytes[position - begin] = field->second[index];
+        }
+    }
+}
 
 // Positions come out of the archive, so their arithmetic must not overflow.
 std::int64_t wrapped(std::uint64_t position) { return static_cast<std::int64_t>(position); }
@@ -25,7 +46,10 @@ voidpf mmap_zopen(voidpf opaque, const void* fileName, int /*mode*/)
 {
     auto data = MappedFile::open(String::fromUtf8(static_cast<const char*>(fileName)));
     positionOf(opaque) = 0;
-    return data ? new Data(std::move(*data)) : nullptr;
+    if (!data)
+        return nullptr;
+    auto corrections = zip64Corrections(*data);
+    return new Stream { std::move(*data), std::move(corrections) };
 }
 
 uLong mmap_zread(voidpf opaque, voidpf stream, void* buffer, uLong size)
@@ -37,6 +61,9 @@ uLong mmap_zread(voidpf opaque, voidpf stream, void* buffer, uLong size)
     const auto begin = static_cast<std::size_t>(position);
     const std::size_t count = std::min<std::size_t>(size, data.size() - begin);
     std::memcpy(buffer, data.bytes() + begin, count);
+    const CorrectedFields& corrections = static_cast<const Stream*>(stream)->corrections;
+    if (!corrections.empty())
+        correct(corrections, begin, static_cast<std::uint8_t*>(buffer), count);
     position += static_cast<std::int64_t>(count);
     return count;
 }
@@ -65,7 +92,7 @@ long mmap_zseek(voidpf opaque, voidpf stream, ZPOS64_T offset, int origin)
 int mmap_zclose(voidpf opaque, voidpf stream)
 {
     positionOf(opaque) = 0;
-    delete static_cast<const Data*>(stream);
+    delete static_cast<const Stream*>(stream);
     return 0;
 }
 

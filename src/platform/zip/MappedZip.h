@@ -7,7 +7,7 @@
 /// How minizip reads an archive out of a mapped file: its table of I/O functions, and what keeps a hostile
 /// archive from more than its own bytes.
 ///
-/// The stream that the functions receive is a Data on the heap; `opaque` points to the position in it. There
+/// The stream that the functions receive holds the file's Data; `opaque` points to the position in it. There
 /// is no function for writing: archives opened this way are read-only. The 64-bit table is used, so that
 /// positions beyond 4 GiB stay whole.
 namespace caddis {
