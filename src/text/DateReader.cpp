@@ -29,6 +29,21 @@ constexpr Text Asctime = u"%a %b %d %H:%M:%S %Y";
 
 constexpr bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
+// What a unit adds to four counters of 15 bits, dots lowest, then colons, dashes and slashes. The highest bit
+// marks a unit before which the date ends.
+using PackedCounts = std::uint64_t;
+constexpr unsigned CounterBits = 15;
+constexpr PackedCounts CounterMask = (1U << CounterBits) - 1;
+constexpr PackedCounts DateEnds = PackedCounts { 1 } << 63;
+constexpr std::array<PackedCounts, 128> Counted = [] {
+    std::array<PackedCounts, 128> table {};
+    for (unsigned counter = 0; counter < 4; ++counter)
+        table[std::size_t(u".:-/"[counter])] = PackedCounts { 1 } << counter * CounterBits;
+    for (const char16_t unit : Text(u";[]{}()"))
+        table[unit] = DateEnds;
+    return table;
+}();
+
 /// A text without its comment and the white space around it, and how many separators it has.
 struct MeasuredText {
     Text text;
@@ -37,26 +52,31 @@ struct MeasuredText {
     explicit MeasuredText(Text receiver)
     {
         std::size_t length = 0;
-        for (; length < receiver.size() && !endsDate(receiver[length]); ++length)
-            count(receiver[length]);
+        // No counter overflows within CounterMask units.
+        for (std::size_t counted = CounterMask; counted == CounterMask; length += counted)
+            counted = count(receiver.substr(length, CounterMask));
         text = trimmingWhiteSpaces(receiver.substr(0, length));
     }
-    std::size_t length() const { return text.size(); }
     bool hasNoSeparators() const { return dots + colons + dashes + slashes == 0; }
     bool startsWithYear() const { return text.find(u'-') == 4; }
 
 private:
-    static bool endsDate(char16_t unit)
+    // Up to the unit that ends the date; how many they are.
+    std::size_t count(Text units)
     {
-        return unit == u';' || unit == u'(' || unit == u')' || unit == u'[' || unit == u']' || unit == u'{'
-            || unit == u'}';
-    }
-    void count(char16_t unit)
-    {
-        dots += unit == u'.';
-        colons += unit == u':';
-        dashes += unit == u'-';
-        slashes += unit == u'/';
+        PackedCounts counts = 0;
+        const char16_t* unit = units.data();
+        for (const char16_t* end = unit + units.size(); unit != end; ++unit) {
+            const PackedCounts counted = *unit < Counted.size() ? Counted[*unit] : 0;
+            if (counted == DateEnds)
+                break;
+            counts += counted;
+        }
+        dots += counts & CounterMask;
+        colons += counts >> CounterBits & CounterMask;
+        dashes += counts >> 2 * CounterBits & CounterMask;
+        slashes += counts >> 3 * CounterBits & CounterMask;
+        return static_cast<std::size_t>(unit - units.data());
     }
 };
 
@@ -115,11 +135,13 @@ constexpr std::array<std::pair<Text, Text>, 5> ForeignMonths { {
 
 bool hasForeignMonth(Text text)
 {
-    for (std::size_t index = 0; index < text.size(); ++index) {
+    for (std::size_t index = 0; index + 3 <= text.size(); ++index) {
         const char16_t unit = text[index];
-        if ((unit == u'M' || unit == u'O' || unit == u'D')
-            && std::ranges::any_of(ForeignMonths,
-                [&](const auto& month) { return text.substr(index).starts_with(month.first); }))
+        if (unit != u'M' && unit != u'O' && unit != u'D')
+            continue;
+        const Text rest = text.substr(index);
+        if (std::ranges::any_of(
+                ForeignMonths, [&](const auto& month) { return rest.starts_with(month.first); }))
             return true;
     }
     return false;

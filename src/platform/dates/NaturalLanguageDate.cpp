@@ -190,15 +190,14 @@ bool PhraseReader::readZoneName()
 {
     if (m_previous != Previous::Time || m_zoneNameTried)
         return false;
-    DateCursor ahead = m_text;
-    const auto name = ahead.run(isZoneNameUnit);
+    const auto name = DateCursor(m_text.rest().substr(0, LongestZoneName + 1)).run(isZoneNameUnit);
     if (name.size() > LongestZoneName || name.find(u'/') == name.npos)
         return false;
     m_zoneNameTried = true;
     m_phrase.zone = TimeZone::inDatabase(name);
     if (!m_phrase.zone)
         return false;
-    m_text = ahead;
+    m_text.skip(name.size());
     m_previous = Previous::Other;
     return true;
 }

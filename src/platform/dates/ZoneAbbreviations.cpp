@@ -74,10 +74,10 @@ constexpr auto Abbreviations = sorted(std::to_array<Abbreviation>({
 std::optional<int> offsetOfAbbreviation(std::u16string_view name)
 {
     const std::uint32_t key = keyOf(name);
-    const auto found = std::ranges::lower_bound(Abbreviations, key, {}, &Abbreviation::key);
-    if (key == 0 || found == Abbreviations.end() || found->key != key)
+    if (key == 0)
         return std::nullopt;
-    return found->offset;
+    const auto found = std::ranges::lower_bound(Abbreviations, key, {}, &Abbreviation::key);
+    return found != Abbreviations.end() && found->key == key ? std::optional(found->offset) : std::nullopt;
 }
 
 } // namespace caddis
