@@ -9,6 +9,7 @@
 namespace caddis::facts {
 
 Answer dateFact(const Question&);
+Answer encodingFact(const Question&);
 Answer entityFact(const Question&);
 Answer epubFact(const Question&);
 Answer htmlFact(const Question&);
@@ -23,6 +24,7 @@ using Answerer = Answer (*)(const Question&);
 const std::map<std::u16string_view, Answerer> kinds {
     { u"dates", dateFact },
     { u"entities", entityFact },
+    { u"html-encodings", encodingFact },
     { u"epub", epubFact },
     { u"html", htmlFact },
     { u"unicode", unicodeFact },
