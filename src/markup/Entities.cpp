@@ -6,6 +6,8 @@
 #include "text/CharacterTables.h"
 
 #include <algorithm>
+#include <bit>
+#include <emmintrin.h>
 
 namespace caddis {
 inline namespace XmlExtensions {
@@ -14,6 +16,7 @@ namespace {
 
 constexpr char32_t LastCodePoint = 0x10FFFF;
 constexpr std::size_t ShortestConvertedText = 4;
+constexpr std::size_t ShortestReference = 3; // "&lt"
 
 // Which references a call converts.
 struct Accepted {
@@ -37,11 +40,13 @@ Reference withSemicolon(std::u16string_view text, Reference reference)
     return reference;
 }
 
-bool isAsciiAlphanumeric(char16_t unit)
+bool isAsciiLetter(char16_t unit)
 {
     const auto lower = static_cast<char16_t>(unit | 0x20);
-    return (unit >= u'0' && unit <= u'9') || (lower >= u'a' && lower <= u'z');
+    return lower >= u'a' && lower <= u'z';
 }
+
+bool isAsciiAlphanumeric(char16_t unit) { return (unit >= u'0' && unit <= u'9') || isAsciiLetter(unit); }
 
 // The digit's value in bases up to 16; 16 for what is no digit.
 unsigned digitValue(char16_t unit)
@@ -77,25 +82,25 @@ Reference numericReference(std::u16string_view text)
 // The names that need neither a semicolon nor an end.
 Reference standardReference(std::u16string_view text, const Accepted& accepted)
 {
-    struct Name {
-        std::u16string_view text;
-        char16_t character;
-        bool Accepted::*wanted;
+    const auto named = [&](std::u16string_view name, char16_t character, bool wanted) {
+        return wanted && text.starts_with(name) ? withSemicolon(text, { name.size(), character })
+                                                : Reference {};
     };
-    static constexpr Name names[] = {
-        { u"&amp", u'&', &Accepted::standard },
-        { u"&apos", u'\'', &Accepted::standard },
-        { u"&gt", u'>', &Accepted::standard },
-        { u"&lt", u'<', &Accepted::standard },
-        { u"&nbsp", u'\u00A0', &Accepted::named },
-        { u"&quot", u'"', &Accepted::quotes },
-    };
-    for (const Name& name : names) {
-        if (text.starts_with(name.text))
-            return accepted.*name.wanted ? withSemicolon(text, { name.text.size(), name.character })
-                                         : Reference {};
+    switch (text[1]) {
+    case u'a':
+        return text[2] == u'm' ? named(u"&amp", u'&', accepted.standard)
+                               : named(u"&apos", u'\'', accepted.standard);
+    case u'g':
+        return named(u"&gt", u'>', accepted.standard);
+    case u'l':
+        return named(u"&lt", u'<', accepted.standard);
+    case u'n':
+        return named(u"&nbsp", u'\u00A0', accepted.named);
+    case u'q':
+        return named(u"&quot", u'"', accepted.quotes);
+    default:
+        return {};
     }
-    return {};
 }
 
 Reference tableReference(std::u16string_view text)
@@ -114,8 +119,12 @@ Reference tableReference(std::u16string_view text)
 
 Reference readReference(std::u16string_view text, const Accepted& accepted)
 {
-    if (text.size() > 1 && text[1] == u'#')
+    if (text.size() < ShortestReference)
+        return {};
+    if (text[1] == u'#')
         return accepted.numeric ? numericReference(text) : Reference {};
+    if (!isAsciiLetter(text[1]))
+        return {};
     const Reference standard = standardReference(text, accepted);
     return standard.length || !accepted.named ? standard : tableReference(text);
 }
@@ -136,34 +145,52 @@ char16_t* appendCharacter(char16_t* out, char32_t character, const Accepted& acc
 std::size_t firstReference(std::u16string_view text, const Accepted& accepted)
 {
     std::size_t at = indexOfUnit<u'&'>(text, 0);
-    while (at < text.size() && !readReference(text.substr(at), accepted).length)
-        at = indexOfUnit<u'&'>(text, at + 1);
+    while (at < text.size() && !readReference(text.substr(at), accepted).length) {
+        ++at;
+        if (at < text.size() && text[at] != u'&')
+            at = indexOfUnit<u'&'>(text, at);
+    }
     return at;
 }
 
-// `at` is an & or the text's end. No reference is shorter than what it becomes, so `out` never overtakes the
-// text.
-std::size_t convert(std::u16string_view text, std::size_t at, char16_t* const begin, const Accepted& accepted)
+// Copies what stands before the next & from index `at` on, and moves both ends on. Blocks of eight units go
+// at once; what such a block writes too much must not be text that is still to be read, so it takes a gap of
+// eight between the ends, which a few references open in a text that is converted in place.
+void copyRun(std::u16string_view text, std::size_t& at, char16_t*& out, bool inPlace)
 {
-    char16_t* out = begin;
-    std::size_t copied = 0;
-    const auto copyUpTo = [&](std::size_t end) {
-        const std::u16string_view run = text.substr(copied, end - copied);
-        if (out != run.data())
-            std::char_traits<char16_t>::move(out, run.data(), run.size());
-        out += run.size();
-    };
-    while (at < text.size()) {
-        const Reference reference = readReference(text.substr(at), accepted);
-        if (reference.length) {
-            copyUpTo(at);
-            out = appendCharacter(out, reference.character, accepted);
-            copied = at + reference.length;
-        }
-        at = indexOfUnit<u'&'>(text, at + std::max<std::size_t>(reference.length, 1));
+    const bool hasGap = !inPlace || text.data() + at - out >= 8;
+    while (hasGap && at + 8 <= text.size()) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), block);
+        const auto found
+            = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, _mm_set1_epi16(u'&'))));
+        const unsigned copied = found ? static_cast<unsigned>(std::countr_zero(found)) / 2 : 8;
+        at += copied;
+        out += copied;
+        if (found)
+            return;
     }
-    copyUpTo(text.size());
-    return static_cast<std::size_t>(out - begin);
+    const std::size_t end = indexOfUnit<u'&'>(text, at);
+    std::char_traits<char16_t>::move(out, text.data() + at, end - at);
+    out += end - at;
+    at = end;
+}
+
+// All before index `at` has been copied already. No reference is shorter than what it becomes, so `out` never
+// overtakes the text.
+char16_t* convert(std::u16string_view text, std::size_t at, char16_t* out, const Accepted& accepted)
+{
+    const bool inPlace = out == text.data() + at;
+    while (at < text.size()) {
+        if (text[at] != u'&') {
+            copyRun(text, at, out, inPlace);
+            continue;
+        }
+        const Reference reference = readReference(text.substr(at), accepted);
+        out = appendCharacter(out, reference.length ? reference.character : u'&', accepted);
+        at += std::max<std::size_t>(reference.length, 1);
+    }
+    return out;
 }
 
 String converted(const String& text, const Accepted& accepted)
@@ -174,7 +201,9 @@ String converted(const String& text, const Accepted& accepted)
     UnitBuffer buffer;
     if (first == text.length() || !buffer.tryAllocate(text.length()))
         return text;
-    return String({ buffer.data(), convert(text, first, buffer.data(), accepted) });
+    text.view().copy(buffer.data(), first);
+    const char16_t* const end = convert(text, first, buffer.data() + first, accepted);
+    return String({ buffer.data(), end });
 }
 
 Accepted acceptedBy(EntityOptions options)
@@ -202,8 +231,10 @@ String stringByConvertingStandardEntitiesToCharacters(const String& text)
 
 std::size_t convertEntities2Characters(std::u16string_view text, char16_t* out, EntityOptions options)
 {
-    const bool tooShort = text.size() < ShortestConvertedText;
-    return convert(text, tooShort ? text.size() : indexOfUnit<u'&'>(text, 0), out, acceptedBy(options));
+    if (text.size() >= ShortestConvertedText)
+        return static_cast<std::size_t>(convert(text, 0, out, acceptedBy(options)) - out);
+    std::char_traits<char16_t>::move(out, text.data(), text.size());
+    return text.size();
 }
 
 } // namespace XmlExtensions

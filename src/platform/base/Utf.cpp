@@ -6,6 +6,11 @@
 
 namespace caddis {
 
+namespace {
+
+constexpr char16_t Replacement = 0xFFFD;
+
+// Copies the ASCII run at `bytes[from…]` and returns the index behind it.
 std::size_t widenAscii(std::string_view bytes, std::size_t from, char16_t*& units)
 {
     const __m128i zero = _mm_setzero_si128();
@@ -22,10 +27,6 @@ std::size_t widenAscii(std::string_view bytes, std::size_t from, char16_t*& unit
         *units++ = static_cast<unsigned char>(bytes[from++]);
     return from;
 }
-
-namespace {
-
-constexpr char16_t Replacement = 0xFFFD;
 
 // One multi-byte sequence: the code point, or nothing and the length of the maximal ill-formed part.
 struct Decoded {

@@ -18,10 +18,6 @@ std::optional<std::size_t> strictUtf8ToUtf16(std::string_view bytes, char16_t* u
 /// Encodes; each lone surrogate becomes U+FFFD.
 std::string utf16ToUtf8(std::u16string_view units);
 
-/// Copies the ASCII run at `bytes[from…]` to `units`, which it moves on, and returns the index behind the
-/// run.
-std::size_t widenAscii(std::string_view bytes, std::size_t from, char16_t*& units);
-
 /// The index of the first surrogate without its partner, or NotFound.
 std::size_t firstLoneSurrogate(std::u16string_view units);
 

@@ -2,10 +2,10 @@
 
 #include "platform/base/MutableString.h"
 #include "platform/base/UnitSearch.h"
-#include "platform/base/Utf.h"
 
 #include <algorithm>
 #include <atomic>
+#include <emmintrin.h>
 #include <numeric>
 
 namespace caddis::encodings {
@@ -50,6 +50,7 @@ SingleByteEncoding::SingleByteEncoding(const Units& units, std::span<const Expan
     , m_expansions(expansions)
 {
     for (unsigned byte = 0; byte < 256; ++byte) {
+        m_hasHoles = m_hasHoles || units[byte] == Undefined;
         m_holdsAscii = m_holdsAscii && (byte >= 0x80 || units[byte] == byte);
         const bool isExpansion = units[byte] == 0 && byte != 0;
         if (units[byte] != Undefined && !isExpansion)
@@ -95,23 +96,38 @@ String SingleByteEncoding::decodeExpanding(std::string_view bytes) const
     return std::move(text).take();
 }
 
+// Sixteen bytes at a time: at once when they are ASCII, else each by the table.
+void SingleByteEncoding::decodeInto(char16_t* out, std::string_view bytes) const
+{
+    const auto byTable = [&](std::size_t from, std::size_t count) {
+        for (std::size_t index = from; index < from + count; ++index)
+            out[index] = m_units[static_cast<unsigned char>(bytes[index])];
+    };
+    const __m128i zero = _mm_setzero_si128();
+    std::size_t index = 0;
+    for (; index + 16 <= bytes.size(); index += 16) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes.data() + index));
+        if (!m_holdsAscii || _mm_movemask_epi8(block) != 0) {
+            byTable(index, 16);
+            continue;
+        }
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + index), _mm_unpacklo_epi8(block, zero));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + index + 8), _mm_unpackhi_epi8(block, zero));
+    }
+    byTable(index, bytes.size() - index);
+}
+
 Decoded SingleByteEncoding::decode(std::string_view bytes) const
 {
     Decoded result;
-    if (!m_expansions.empty()) {
-        result.text = decodeExpanding(bytes);
-    } else {
-        MutableString text(bytes.size());
-        char16_t* out = text.appendUninitialized(bytes.size());
-        for (std::size_t index = 0; index < bytes.size(); ++index) {
-            if (m_holdsAscii && (index = widenAscii(bytes, index, out)) == bytes.size())
-                break;
-            // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): there are bytes, so there is room
-            *out++ = m_units[static_cast<unsigned char>(bytes[index])];
-        }
+    if (m_expansions.empty()) {
+        MutableString text;
+        decodeInto(text.appendUninitialized(bytes.size()), bytes);
         result.text = std::move(text).take();
+    } else {
+        result.text = decodeExpanding(bytes);
     }
-    result.wellFormed = indexOfUnit<Undefined>(result.text, 0) == result.text.length();
+    result.wellFormed = !m_hasHoles || indexOfUnit<Undefined>(result.text, 0) == result.text.length();
     return result;
 }
 

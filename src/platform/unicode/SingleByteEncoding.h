@@ -22,11 +22,13 @@ private:
     SingleByteEncoding(const std::array<char16_t, 256>& units, std::span<const Expansion> expansions);
     static const SingleByteEncoding* make(const Row& row);
 
+    void decodeInto(char16_t* out, std::string_view bytes) const;
     String decodeExpanding(std::string_view bytes) const;
 
     std::array<char16_t, 256> m_units;
     std::span<const Expansion> m_expansions;
     bool m_holdsAscii = true; // bytes 00 to 7F are ASCII
+    bool m_hasHoles = false; // some byte is undefined
     std::vector<std::pair<char16_t, char>> m_bytes; // sorted by unit
 };
 
