@@ -1,5 +1,6 @@
 #include "platform/ipc/Connection.h"
 
+#include "support/RawSocket.h"
 #include "support/TestServer.h"
 #include "support/Text.h"
 
@@ -10,12 +11,6 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
-
-std::size_t openDescriptors()
-{
-    const std::filesystem::directory_iterator entries("/proc/self/fd");
-    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
 
 class ConnectionTest : public testing::Test {
 protected:

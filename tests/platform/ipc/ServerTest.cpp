@@ -3,6 +3,7 @@
 #include "platform/ipc/Message.h"
 #include "platform/ipc/RuntimeDirectory.h"
 #include "support/LogCapture.h"
+#include "support/RawSocket.h"
 #include "support/TestServer.h"
 #include "support/Text.h"
 
@@ -10,33 +11,15 @@
 #include <array>
 #include <cstdio>
 #include <dbus/dbus.h>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <poll.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 
 namespace caddis {
 namespace {
 
 using namespace std::string_literals;
 using std::chrono::milliseconds;
-
-// A bare socket to the test server.
-Descriptor plainSocket(const PrivateRuntimeDirectory& directory)
-{
-    Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    sockaddr_un address = { .sun_family = AF_UNIX, .sun_path = {} };
-    (directory.path() / "Test").native().copy(address.sun_path, sizeof address.sun_path - 1);
-    EXPECT_EQ(connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-    return socket;
-}
-
-void send(const Descriptor& socket, const std::string& bytes)
-{
-    EXPECT_EQ(write(socket.number(), bytes.data(), bytes.size()), ssize_t(bytes.size()));
-}
 
 std::string requestForZeros(std::int64_t count)
 {
@@ -56,15 +39,6 @@ bool hangsUpWithin(const Descriptor& socket, int timeout)
     pollfd wanted { socket.number(), POLLIN, 0 };
     char byte = 0;
     return poll(&wanted, 1, timeout) == 1 && recv(socket.number(), &byte, 1, 0) <= 0;
-}
-
-std::size_t residentKilobytes(pid_t process)
-{
-    std::ifstream file("/proc/" + std::to_string(process) + "/statm");
-    std::size_t pages = 0;
-    std::size_t resident = 0;
-    file >> pages >> resident;
-    return resident * 4;
 }
 
 // What a command prints, both streams; the placeholder SOCKET stands for the server's address.
@@ -138,11 +112,11 @@ TEST(Server, DropsClientsThatDoNotAuthenticate)
     const PrivateRuntimeDirectory directory;
     const TestServer server;
     const auto good = server.connect();
-    const Descriptor silent = plainSocket(directory);
-    const Descriptor halfway = plainSocket(directory);
-    send(halfway, "\0AUTH EXTERNAL\r\n"s);
-    const Descriptor babbling = plainSocket(directory);
-    send(babbling, "GET / HTTP/1.0\r\n\r\n");
+    const Descriptor silent = connectedSocket(directory.path() / "Test");
+    const Descriptor halfway = connectedSocket(directory.path() / "Test");
+    EXPECT_TRUE(sendRaw(halfway, "\0AUTH EXTERNAL\r\n"s));
+    const Descriptor babbling = connectedSocket(directory.path() / "Test");
+    EXPECT_TRUE(sendRaw(babbling, "GET / HTTP/1.0\r\n\r\n"));
     EXPECT_TRUE(hangsUpWithin(babbling, 1000));
     EXPECT_FALSE(hangsUpWithin(silent, 4000));
     EXPECT_TRUE(hangsUpWithin(silent, 3000));
@@ -156,17 +130,14 @@ TEST(Server, DoesNotPileUpAnswersThatNobodyTakes)
     TestServer server;
     const auto good = server.connect();
     ASSERT_TRUE(good);
-    const Descriptor greedy = plainSocket(directory);
-    send(greedy, "\0AUTH EXTERNAL "s);
-    for (const char digit : std::to_string(geteuid()))
-        send(greedy, { '3', digit });
-    send(greedy, "\r\nBEGIN\r\n");
+    const Descriptor greedy = connectedSocket(directory.path() / "Test");
+    EXPECT_TRUE(sendRaw(greedy, authentication() + "BEGIN\r\n"));
     const std::string request = requestForZeros(100'000);
     for (int count = 0; count < 2000; ++count)
-        send(greedy, request);
+        EXPECT_TRUE(sendRaw(greedy, request));
     std::this_thread::sleep_for(milliseconds(200));
     EXPECT_EQ(Proxy(good, &TestProtocol).call("Echo", { 1 }), Value(1));
-    EXPECT_LT(residentKilobytes(server.task().processIdentifier()), 40'000U);
+    EXPECT_LT(residentBytes(server.task().processIdentifier()), 40U << 20);
 }
 
 TEST(Server, RefusesWhatIsNoPrivatePlaceForAName)
