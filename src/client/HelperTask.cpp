@@ -14,6 +14,7 @@ using Seconds = std::chrono::duration<double>;
 
 constexpr std::u16string_view ClassName = u"HelperTask";
 constexpr Seconds BusyPollInterval(0.05);
+constexpr double LongestEnding = 1.0;
 constexpr RemoteMember StillBusy { "StillBusy", "", "b" };
 
 } // namespace
@@ -46,6 +47,8 @@ std::optional<Proxy> HelperTask::launchUsingTimeout(double timeout)
     if (hasGivenUp())
         return std::nullopt;
     try {
+        if (m_ending)
+            m_ending->waitUntilExit(LongestEnding);
         return startAndConnect(timeout);
     } catch (const Exception& exception) {
         logException(u"launchUsingTimeout:", ClassName, exception);
@@ -116,15 +119,19 @@ void HelperTask::waitUntilDone(double seconds)
 
 void HelperTask::interrupt()
 {
-    if (m_task)
+    if (m_task) {
         m_task->interrupt();
+        m_ending = std::move(m_task);
+    }
     invalidate();
 }
 
 void HelperTask::terminate()
 {
-    if (m_task)
+    if (m_task) {
         m_task->terminate();
+        m_ending = std::move(m_task);
+    }
     invalidate();
 }
 

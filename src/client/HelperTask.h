@@ -60,6 +60,8 @@ private:
     bool hasGivenUp() const { return m_failedAttempts > 1; }
 
     std::unique_ptr<Task> m_task;
+    // Told to end. Until it has, it keeps the name from a new one.
+    std::unique_ptr<Task> m_ending;
     String m_proxyName;
     String m_path;
     double m_timeout;

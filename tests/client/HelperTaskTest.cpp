@@ -65,6 +65,17 @@ TEST_F(HelperTaskTest, AHelperThatDiedIsReplaced)
     EXPECT_EQ(second->call("Echo", { 6 }), Value(6));
 }
 
+TEST_F(HelperTaskTest, ANewHelperWaitsForTheNameOfTheOld)
+{
+    const auto task = newTask(helper());
+    for (int count = 0; count < 10; ++count) {
+        const auto proxy = task->launch();
+        ASSERT_TRUE(proxy) << count;
+        // Memory to give back keeps the old one from ending at once.
+        proxy->call("Zeros", { 20 << 20 });
+    }
+}
+
 TEST_F(HelperTaskTest, AMissingHelperIsGivenUpAfterTwoLaunches)
 {
     const auto task = newTask(u"/nowhere/helper"_s);

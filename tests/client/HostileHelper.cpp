@@ -5,9 +5,9 @@
 #include "platform/ipc/Descriptor.h"
 #include "platform/ipc/RuntimeDirectory.h"
 #include "platform/ipc/SharedBytes.h"
+#include "support/RawSocket.h"
 
 #include <cstdint>
-#include <cstring>
 #include <fcntl.h>
 #include <functional>
 #include <map>
@@ -81,21 +81,7 @@ public:
 
     void send(const Bytes& bytes, const std::vector<int>& descriptors = {}) const
     {
-        iovec part { const_cast<char*>(bytes.data()), bytes.size() };
-        std::vector<char> control(CMSG_SPACE(sizeof(int) * descriptors.size()));
-        msghdr header = {};
-        header.msg_iov = &part;
-        header.msg_iovlen = 1;
-        if (!descriptors.empty()) {
-            header.msg_control = control.data();
-            header.msg_controllen = control.size();
-            cmsghdr* rights = CMSG_FIRSTHDR(&header);
-            rights->cmsg_level = SOL_SOCKET;
-            rights->cmsg_type = SCM_RIGHTS;
-            rights->cmsg_len = CMSG_LEN(sizeof(int) * descriptors.size());
-            std::memcpy(CMSG_DATA(rights), descriptors.data(), sizeof(int) * descriptors.size());
-        }
-        if (sendmsg(m_socket.number(), &header, MSG_NOSIGNAL) < 0)
+        if (!sendRaw(m_socket, bytes, descriptors))
             _exit(0);
     }
     // Up to and with the next line; the handshake has no pipelining from this client.

@@ -1,9 +1,9 @@
 #include "client/ConnectionCache.h"
 #include "support/LogCapture.h"
+#include "support/RawSocket.h"
 #include "support/TestServer.h"
 #include "support/Text.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
 
 namespace caddis {
@@ -11,20 +11,6 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
-
-std::size_t openDescriptors()
-{
-    const std::filesystem::directory_iterator entries("/proc/self/fd");
-    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
-
-std::size_t residentBytes()
-{
-    std::size_t pages = 0;
-    std::size_t resident = 0;
-    std::ifstream("/proc/self/statm") >> pages >> resident;
-    return resident * 4096;
-}
 
 class HostileHelperTest : public testing::Test {
 protected:

@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <linux/ioprio.h>
 #include <mutex>
+#include <poll.h>
 #include <sched.h>
 #include <spawn.h>
 #include <sys/resource.h>
@@ -199,6 +200,14 @@ int Task::waitUntilExit()
 {
     reap(0);
     return m_status.value_or(EXIT_FAILURE);
+}
+
+bool Task::waitUntilExit(double seconds)
+{
+    // The descriptor becomes readable when the program ends. A signal that cuts the wait short does no harm.
+    pollfd ended { m_processDescriptor.number(), POLLIN, 0 };
+    poll(&ended, 1, static_cast<int>(seconds * 1000));
+    return !isRunning();
 }
 
 void Task::signal(int number)

@@ -45,7 +45,9 @@ public:
     void terminate();
     /// The exit status, or 128 and the number of the signal that ended it.
     int waitUntilExit();
-    /// The same without waiting; nil while the program runs, and when it was never started.
+    /// Waits for the end, at most so long; whether it came.
+    bool waitUntilExit(double seconds);
+    /// The exit status without waiting; nil while the program runs, and when it was never started.
     std::optional<int> terminationStatus();
 
     pid_t processIdentifier() const { return m_process; }
