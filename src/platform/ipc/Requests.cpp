@@ -87,7 +87,7 @@ MessagePointer answer(const RemoteObject& object, DBusMessage* request, const Ca
 
 MessagePointer errorReply(DBusMessage* request, const Exception& exception)
 {
-    const std::string reason = exception.reason().utf8().substr(0, exception.reason().utf8().find('\0'));
+    const std::string reason = exception.reason().utf8();
     if (exception.name().view().starts_with(u"org.freedesktop.DBus.Error."))
         return errorReply(request, exception.name().utf8().c_str(), reason);
     return errorReply(request, DBUS_ERROR_FAILED, exception.name().utf8() + ": " + reason);
@@ -103,7 +103,8 @@ MessagePointer answerRequest(const RemoteObject& object, DBusMessage* request, c
     } catch (const Exception& exception) {
         return errorReply(request, exception);
     } catch (const std::exception& exception) {
-        return errorReply(request, DBUS_ERROR_FAILED, exception.what());
+        // It may quote the name of a file, which need not be UTF-8; libdbus would end the process.
+        return errorReply(request, DBUS_ERROR_FAILED, String::fromUtf8(exception.what()).utf8());
     } catch (...) {
         return errorReply(request, DBUS_ERROR_FAILED, "an unknown exception");
     }

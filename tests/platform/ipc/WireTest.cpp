@@ -99,5 +99,75 @@ TEST(Wire, NestingHasALimitThatReceiversCanRead)
     }
 }
 
+TEST(Wire, DataBecomesADescriptorAbove128KiB)
+{
+    const auto attaches = [](std::size_t size, Descriptors descriptors) {
+        const MessagePointer message = newMessage();
+        const Value data = Data::adopt(std::vector<std::uint8_t>(size, 7));
+        wire::write(message.get(), "v", { data }, descriptors);
+        EXPECT_EQ(wire::read(message.get(), "v", DescriptorTrust::SealedOnly).at(0), data);
+        return dbus_message_contains_unix_fds(message.get()) != 0;
+    };
+    EXPECT_FALSE(attaches(wire::InlineBytes - 1, Descriptors::Attached));
+    EXPECT_FALSE(attaches(wire::InlineBytes, Descriptors::Attached));
+    EXPECT_TRUE(attaches(wire::InlineBytes + 1, Descriptors::Attached));
+    EXPECT_FALSE(attaches(wire::InlineBytes + 1, Descriptors::None));
+    EXPECT_EQ(errorOf([&] { attaches(65 << 20, Descriptors::None); }), LimitsExceededError);
+}
+
+// One variant around `levels` more, and in the innermost what `type` and `value` say.
+template <typename T> MessagePointer foreign(const char* type, T value, int levels = 0)
+{
+    MessagePointer message = newMessage();
+    std::vector<DBusMessageIter> iters(static_cast<std::size_t>(levels) + 2);
+    dbus_message_iter_init_append(message.get(), &iters[0]);
+    for (std::size_t level = 1; level < iters.size(); ++level)
+        dbus_message_iter_open_container(&iters[level - 1], DBUS_TYPE_VARIANT,
+            level + 1 < iters.size() ? DBUS_TYPE_VARIANT_AS_STRING : type, &iters[level]);
+    dbus_message_iter_append_basic(&iters.back(), *type, &value);
+    for (std::size_t level = iters.size() - 1; level > 0; --level)
+        dbus_message_iter_close_container(&iters[level - 1], &iters[level]);
+    return message;
+}
+
+TEST(Wire, ReadsWhatOtherLibrariesSend)
+{
+    const auto readFrom = [](const MessagePointer& message) {
+        return wire::read(message.get(), "v", DescriptorTrust::PlainFiles).at(0);
+    };
+    EXPECT_EQ(readFrom(foreign("y", std::uint8_t(200))), Value(200));
+    EXPECT_EQ(readFrom(foreign("n", std::int16_t(-3))), Value(-3));
+    EXPECT_EQ(readFrom(foreign("q", std::uint16_t(60000))), Value(60000));
+    EXPECT_EQ(readFrom(foreign("u", std::uint32_t(4000000000))), Value(4000000000));
+    EXPECT_EQ(readFrom(foreign("t", std::uint64_t(5))), Value(5));
+    EXPECT_EQ(readFrom(foreign("o", "/a/b")), Value(u"/a/b"_s));
+    EXPECT_EQ(readFrom(foreign("g", "a{sv}")), Value(u"a{sv}"_s));
+    EXPECT_EQ(readFrom(foreign("i", 5, 10)), Value(5));
+    EXPECT_EQ(errorOf([&] { readFrom(foreign("i", 5, 60)); }), InvalidArgsError);
+    EXPECT_EQ(
+        errorOf([&] { wire::read(newMessage().get(), "v", DescriptorTrust::PlainFiles); }), InvalidArgsError);
+}
+
+TEST(SharedBytes, TakesFilesOnlyAsFarAsTheyAreTrusted)
+{
+    const Data text = Data::copyOf("contents");
+    const Descriptor sealed = sealedCopyOf(text.span());
+    EXPECT_EQ(contentsOf(sealed, DescriptorTrust::SealedOnly), text);
+    const Descriptor plain(memfd_create("plain", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+    EXPECT_EQ(write(plain.number(), text.bytes(), text.size()), ssize_t(text.size()));
+    EXPECT_EQ(contentsOf(plain, DescriptorTrust::SealedOnly), std::nullopt);
+    EXPECT_EQ(contentsOf(plain, DescriptorTrust::PlainFiles), text);
+    EXPECT_EQ(ftruncate(plain.number(), off_t(3) << 30), 0);
+    EXPECT_EQ(contentsOf(plain, DescriptorTrust::PlainFiles), std::nullopt);
+    const Descriptor folder(open("/", O_RDONLY | O_CLOEXEC));
+    EXPECT_EQ(contentsOf(folder, DescriptorTrust::PlainFiles), std::nullopt);
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    const Descriptor in(ends[0]);
+    const Descriptor out(ends[1]);
+    EXPECT_EQ(contentsOf(in, DescriptorTrust::PlainFiles), std::nullopt);
+    EXPECT_EQ(contentsOf(Descriptor(), DescriptorTrust::PlainFiles), std::nullopt);
+}
+
 } // namespace
 } // namespace caddis
