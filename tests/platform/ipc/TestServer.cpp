@@ -6,6 +6,7 @@
 #include "support/TestProtocol.h"
 
 #include <chrono>
+#include <stdexcept>
 #include <thread>
 
 namespace {
@@ -57,7 +58,7 @@ RemoteObject testObject()
             { "Zeros", "x", "av", zeros },
             { "Sleep", "x", "", sleepFor },
             { "Throw", "", "b",
-                [](const Arguments&) -> Value { throw Exception(u"Broken"_s, u"as asked"_s); } },
+                [](const Arguments&) -> Value { throw std::runtime_error("not \xFF UTF-8"); } },
             { "Deny", "", "b",
                 [](const Arguments&) -> Value { throw Exception(String(AccessDeniedError), u"no"_s); } },
             { "StillBusy", "", "b",
