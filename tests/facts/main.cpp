@@ -13,6 +13,7 @@ Answer encodingFact(const Question&);
 Answer entityFact(const Question&);
 Answer epubFact(const Question&);
 Answer htmlFact(const Question&);
+Answer jsonFact(const Question&);
 Answer unicodeFact(const Question&);
 Answer zipFact(const Question&);
 
@@ -27,6 +28,7 @@ const std::map<std::u16string_view, Answerer> kinds {
     { u"html-encodings", encodingFact },
     { u"epub", epubFact },
     { u"html", htmlFact },
+    { u"json", jsonFact },
     { u"unicode", unicodeFact },
     { u"zip", zipFact },
 };
