@@ -117,7 +117,10 @@ bool XMLParserContext::parse()
     if (!m_hasFailed)
         xmlParseChunk(m_context, nullptr, 0, 1);
     deliverCharacters();
-    return !m_hasFailed && m_context->wellFormed != 0;
+    // When the encoding breaks down, libxml2 may end in the middle and call the document well formed.
+    if (m_context->wellFormed == 0 || m_depth != 0)
+        fail({ m_context->errNo, 0, String(u"The document breaks off.") });
+    return !m_hasFailed;
 }
 
 bool XMLParserContext::push(std::string_view piece)

@@ -59,7 +59,7 @@ CorrectedFields zip64Corrections(const Data& archive)
         ByteReader numbers(zip64Data(bytes.substr(extraOffset, extraSize)));
         // Uncompressed size, compressed size, offset: each is in the extra field when its own field has the
         // mark.
-        for (const std::size_t field : { 24, 20, 42 }) {
+        for (const std::size_t field : { 24U, 20U, 42U }) {
             const auto number
                 = ByteReader(bytes, position + field).u32() == Mark ? numbers.u64() : std::nullopt;
             if (!number || *number >= Mark)
