@@ -17,7 +17,7 @@ namespace {
 
 std::string nextDocument(std::string_view& rest)
 {
-    const std::string document(rest.substr(0, rest.find('\0')));
+    std::string document(rest.substr(0, rest.find('\0')));
     rest.remove_prefix(std::min(document.size() + 1, rest.size()));
     return document;
 }
@@ -40,7 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string package = nextDocument(rest);
     const std::string container = nextDocument(rest);
     checkEntries(NCXParser(Data::adopt(nextDocument(rest))).children());
-    DRMParser(Data::adopt(nextDocument(rest)));
+    const DRMParser rights(Data::adopt(nextDocument(rest)));
+    INVARIANT(!rights.DRM() || !rights.DRM()->isEmpty());
 
     const std::string archive
         = ZipBuilder()

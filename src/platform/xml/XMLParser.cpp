@@ -28,6 +28,27 @@ const char* chars(const xmlChar* text) { return reinterpret_cast<const char*>(te
 
 std::string_view viewOf(const xmlChar* text) { return text ? chars(text) : std::string_view(); }
 
+void printNothing(void*, const char*, ...) { }
+
+// libxml2 prints some errors of its encodings without asking the parser. While one of these lives, this
+// thread's printing goes nowhere.
+class QuietErrors {
+public:
+    QuietErrors()
+        : m_function(xmlGenericError)
+        , m_context(xmlGenericErrorContext)
+    {
+        xmlSetGenericErrorFunc(nullptr, printNothing);
+    }
+    ~QuietErrors() { xmlSetGenericErrorFunc(m_context, m_function); }
+    QuietErrors(const QuietErrors&) = delete;
+    QuietErrors& operator=(const QuietErrors&) = delete;
+
+private:
+    xmlGenericErrorFunc m_function;
+    void* m_context;
+};
+
 } // namespace
 
 // One parse: what libxml2's callbacks work on.
@@ -62,6 +83,7 @@ private:
     void deliverCharacters();
     std::string_view qualifiedName(const xmlChar* prefix, const xmlChar* name);
 
+    QuietErrors m_quietErrors;
     std::string_view m_input;
     XMLParserDelegate& m_delegate;
     xmlParserCtxtPtr m_context;
