@@ -104,6 +104,7 @@ XMLParserContext::XMLParserContext(const Data& data, XMLParserDelegate& delegate
     if (!m_context)
         throw std::bad_alloc();
     m_context->_private = this;
+    m_context->sax->serror = error; // Not before: it may be called while the context is made.
     xmlCtxtUseOptions(m_context, XML_PARSE_NOENT | XML_PARSE_NONET);
 }
 
@@ -127,7 +128,6 @@ xmlSAXHandler XMLParserContext::handlers()
     sax.endElementNs = endElement;
     sax.characters = characters;
     sax.cdataBlock = characters;
-    sax.serror = error;
     return sax;
 }
 
