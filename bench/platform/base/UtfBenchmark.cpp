@@ -51,6 +51,28 @@ void decodeICU(benchmark::State& state, unsigned period)
     reportBytes(state, bytes.size());
 }
 
+void encodeCaddis(benchmark::State& state, unsigned period)
+{
+    const caddis::String units = caddis::String::fromUtf8(text(period));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(units.utf8());
+    reportBytes(state, 2 * units.length());
+}
+
+void encodeICU(benchmark::State& state, unsigned period)
+{
+    const caddis::String units = caddis::String::fromUtf8(text(period));
+    for (auto _ : state) {
+        std::vector<char> bytes(3 * units.length());
+        int32_t length = 0;
+        UErrorCode status = U_ZERO_ERROR;
+        u_strToUTF8WithSub(bytes.data(), static_cast<int32_t>(bytes.size()), &length, units.data(),
+            static_cast<int32_t>(units.length()), 0xFFFD, nullptr, &status);
+        benchmark::DoNotOptimize(bytes.data());
+    }
+    reportBytes(state, 2 * units.length());
+}
+
 // Each byte read once and two written: no decoder can do with less.
 void decodeFloor(benchmark::State& state, unsigned period)
 {
@@ -68,6 +90,9 @@ const bool registered = [] {
     const std::pair<const char*, unsigned> inputs[] = { { "mostly-ascii", 40 }, { "mixed", 2 } };
     for (const auto& [name, period] : inputs) {
         const std::string subject = std::string("utf8ToUtf16/") + name;
+        const std::string inverse = std::string("utf16ToUtf8/") + name;
+        benchmark::RegisterBenchmark((inverse + "/caddis").c_str(), encodeCaddis, period);
+        benchmark::RegisterBenchmark((inverse + "/peer:icu").c_str(), encodeICU, period);
         benchmark::RegisterBenchmark((subject + "/caddis").c_str(), decodeCaddis, period);
         benchmark::RegisterBenchmark((subject + "/peer:icu").c_str(), decodeICU, period);
         benchmark::RegisterBenchmark((subject + "/floor:copy").c_str(), decodeFloor, period);

@@ -2,6 +2,8 @@
 
 #include "platform/base/Range.h"
 
+#include <algorithm>
+#include <bit>
 #include <emmintrin.h>
 
 namespace caddis {
@@ -9,22 +11,35 @@ namespace caddis {
 namespace {
 
 constexpr char16_t Replacement = 0xFFFD;
+constexpr std::size_t BlockBytes = 16;
+constexpr std::size_t BlockUnits = 8;
 
-// Copies the ASCII run at `bytes[from…]` and returns the index behind it.
+unsigned byteAt(std::string_view bytes, std::size_t index)
+{
+    return static_cast<unsigned char>(bytes[index]);
+}
+
+// Copies the ASCII run at `bytes[from…]` and returns the index behind it. A whole block is stored and then
+// only what was ASCII is kept, so that the length of a short run costs no branch: there is room for a unit
+// for each byte that is still to come.
 std::size_t widenAscii(std::string_view bytes, std::size_t from, char16_t*& units)
 {
     const __m128i zero = _mm_setzero_si128();
-    while (bytes.size() - from >= 16) {
+    while (bytes.size() - from >= BlockBytes) {
         const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes.data() + from));
-        if (_mm_movemask_epi8(block) != 0)
-            break;
         _mm_storeu_si128(reinterpret_cast<__m128i*>(units), _mm_unpacklo_epi8(block, zero));
         _mm_storeu_si128(reinterpret_cast<__m128i*>(units + 8), _mm_unpackhi_epi8(block, zero));
-        units += 16;
-        from += 16;
+        const auto others = static_cast<unsigned>(_mm_movemask_epi8(block));
+        if (others != 0) {
+            const auto ascii = static_cast<unsigned>(std::countr_zero(others));
+            units += ascii;
+            return from + ascii;
+        }
+        units += BlockBytes;
+        from += BlockBytes;
     }
-    while (from < bytes.size() && static_cast<unsigned char>(bytes[from]) < 0x80)
-        *units++ = static_cast<unsigned char>(bytes[from++]);
+    while (from < bytes.size() && byteAt(bytes, from) < 0x80)
+        *units++ = static_cast<char16_t>(byteAt(bytes, from++));
     return from;
 }
 
@@ -67,6 +82,27 @@ void writeCodePoint(char32_t codePoint, char16_t*& units)
     *units++ = static_cast<char16_t>(0xDC00 + (codePoint & 0x3FF));
 }
 
+// The two common forms without the care for their borders; false for any other sequence.
+bool readCommonSequence(std::string_view bytes, std::size_t& index, char16_t*& units)
+{
+    const unsigned lead = byteAt(bytes, index);
+    if (lead >= 0xF0 || bytes.size() - index < 3)
+        return false;
+    const unsigned second = byteAt(bytes, index + 1) ^ 0x80U; // below 0x40 in a continuation byte
+    if (lead >= 0xC2 && lead < 0xE0 && second < 0x40) {
+        *units++ = static_cast<char16_t>((lead & 0x1F) << 6 | second);
+        index += 2;
+        return true;
+    }
+    const unsigned third = byteAt(bytes, index + 2) ^ 0x80U;
+    if (lead > 0xE0 && lead != 0xED && second < 0x40 && third < 0x40) {
+        *units++ = static_cast<char16_t>((lead & 0x0F) << 12 | second << 6 | third);
+        index += 3;
+        return true;
+    }
+    return false;
+}
+
 // Decodes until the end, or until `onIllFormed` says no.
 template <typename OnIllFormed>
 std::optional<std::size_t> decode(std::string_view bytes, char16_t* const begin, OnIllFormed onIllFormed)
@@ -76,13 +112,15 @@ std::optional<std::size_t> decode(std::string_view bytes, char16_t* const begin,
     while ((index = widenAscii(bytes, index, units)) < bytes.size()) {
         // Scripts outside ASCII come in runs: stay here until the next ASCII byte.
         do {
+            if (readCommonSequence(bytes, index, units))
+                continue;
             const Decoded sequence = decodeSequence(bytes.substr(index));
             if (sequence.wellFormed)
                 writeCodePoint(sequence.codePoint, units);
             else if (!onIllFormed(units))
                 return std::nullopt;
             index += sequence.length;
-        } while (index < bytes.size() && static_cast<unsigned char>(bytes[index]) >= 0x80);
+        } while (index < bytes.size() && byteAt(bytes, index) >= 0x80);
     }
     return static_cast<std::size_t>(units - begin);
 }
@@ -98,52 +136,38 @@ char32_t nextCodePoint(std::u16string_view units, std::size_t& index)
     return Replacement;
 }
 
-constexpr std::size_t utf8Length(char32_t codePoint)
-{
-    return codePoint < 0x80 ? 1 : codePoint < 0x800 ? 2 : codePoint < 0x10000 ? 3 : 4;
-}
+char continuation(char32_t bits) { return static_cast<char>(0x80 | (bits & 0x3F)); }
 
+// Encodes a code point and returns the place behind it; may write two bytes for one.
 char* encode(char32_t codePoint, char* out)
 {
-    const std::size_t length = utf8Length(codePoint);
-    if (length == 1) {
-        *out = static_cast<char>(codePoint);
-        return out + 1;
+    if (codePoint < 0x800) {
+        // Without a branch: letters and the spaces between them alternate too much to be foretold.
+        const bool two = codePoint >= 0x80;
+        out[0] = static_cast<char>(two ? 0xC0 | codePoint >> 6 : codePoint);
+        out[1] = continuation(codePoint);
+        return out + 1 + two;
     }
-    for (std::size_t index = length - 1; index > 0; --index) {
-        out[index] = static_cast<char>(0x80 | (codePoint & 0x3F));
-        codePoint >>= 6;
+    if (codePoint < 0x10000) {
+        out[0] = static_cast<char>(0xE0 | codePoint >> 12);
+        out[1] = continuation(codePoint >> 6);
+        out[2] = continuation(codePoint);
+        return out + 3;
     }
-    *out = static_cast<char>((0xF00U >> length & 0xFF) | codePoint);
-    return out + length;
+    out[0] = static_cast<char>(0xF0 | codePoint >> 18);
+    out[1] = continuation(codePoint >> 12);
+    out[2] = continuation(codePoint >> 6);
+    out[3] = continuation(codePoint);
+    return out + 4;
 }
 
-// How many leading units are ASCII, in steps of eight; the caller takes the rest one by one.
-std::size_t asciiBlocks(std::u16string_view units, std::size_t from)
+// Writes eight ASCII units; false, having written nothing of use, when some are not.
+bool narrowBlock(const char16_t* units, char* out)
 {
-    const __m128i high = _mm_set1_epi16(static_cast<short>(0xFF80));
-    std::size_t index = from;
-    while (units.size() - index >= 8) {
-        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units.data() + index));
-        const __m128i outside = _mm_cmpeq_epi16(_mm_and_si128(block, high), _mm_setzero_si128());
-        if (_mm_movemask_epi8(outside) != 0xFFFF)
-            break;
-        index += 8;
-    }
-    return index - from;
-}
-
-std::size_t utf8LengthOf(std::u16string_view units)
-{
-    std::size_t length = 0;
-    for (std::size_t index = 0; index < units.size();) {
-        const std::size_t ascii = asciiBlocks(units, index);
-        length += ascii;
-        index += ascii;
-        if (index < units.size())
-            length += utf8Length(nextCodePoint(units, index));
-    }
-    return length;
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units));
+    const __m128i high = _mm_and_si128(block, _mm_set1_epi16(static_cast<short>(0xFF80)));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(block, block));
+    return _mm_movemask_epi8(_mm_cmpeq_epi16(high, _mm_setzero_si128())) == 0xFFFF;
 }
 
 } // namespace
@@ -162,18 +186,27 @@ std::optional<std::size_t> strictUtf8ToUtf16(std::string_view bytes, char16_t* u
     return decode(bytes, units, [](char16_t*&) { return false; });
 }
 
+// By way of a small buffer, so that the text need not be measured first.
 std::string utf16ToUtf8(std::u16string_view units)
 {
-    std::string result(utf8LengthOf(units), '\0');
-    char* out = result.data();
+    constexpr std::size_t PieceUnits = 1024;
+    char piece[3 * PieceUnits + 3 * BlockUnits];
+    std::string result;
+    result.reserve(units.size());
     for (std::size_t index = 0; index < units.size();) {
-        const std::size_t blockEnd = index + asciiBlocks(units, index);
-        for (; index < blockEnd; index += 8, out += 8) {
-            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units.data() + index));
-            _mm_storel_epi64(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(block, block));
+        const std::size_t pieceEnd = std::min(index + PieceUnits, units.size());
+        char* out = piece;
+        while (index < pieceEnd) {
+            if (units.size() - index >= BlockUnits && narrowBlock(&units[index], out)) {
+                index += BlockUnits;
+                out += BlockUnits;
+                continue;
+            }
+            const std::size_t blockEnd = std::min(index + BlockUnits, pieceEnd);
+            while (index < blockEnd)
+                out = encode(nextCodePoint(units, index), out);
         }
-        if (index < units.size())
-            out = encode(nextCodePoint(units, index), out);
+        result.append(piece, out);
     }
     return result;
 }
