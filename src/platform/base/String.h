@@ -99,10 +99,13 @@ private:
     }
     void release() noexcept;
 
+    // One object in the whole program, which a literal u"" is not: begin() and end() have to agree.
+    static constexpr char16_t s_noUnits = u'\0';
+
     Storage* m_storage = nullptr;
 };
 
-inline const char16_t* String::data() const noexcept { return m_storage ? m_storage->units() : u""; }
+inline const char16_t* String::data() const noexcept { return m_storage ? m_storage->units() : &s_noUnits; }
 
 inline namespace literals {
 inline String operator""_s(const char16_t* units, std::size_t length)
