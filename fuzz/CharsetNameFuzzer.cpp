@@ -1,7 +1,7 @@
 // Names of character sets, and declarations of them, of any text.
 //
 // Invariants: case and signs do not count; what a name gives can be read here or is InvalidId; a declared
-// name stands where the finder says, and replacing it by another name declares that one.
+// name stands where the finder says, and another name in the place of a plain one declares that one.
 
 #include "Fuzz.h"
 #include "markup/CharsetFinder.h"
@@ -10,6 +10,8 @@
 #include "platform/base/MutableString.h"
 #include "platform/unicode/TextEncoding.h"
 #include "text/CharacterTables.h"
+
+#include <algorithm>
 
 using namespace caddis;
 
@@ -34,6 +36,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!range)
         return 0;
     INVARIANT(range->length > 0 && range->end() <= text.length());
+    if (!std::ranges::all_of(
+            text.view(*range), [](char16_t unit) { return alphaNumCharacterSetRep().contains(unit); }))
+        return 0;
     MutableString renamed;
     renamed.append(text.view({ 0, range->location }))
         .append(u"koi8-r")

@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     constexpr CFStringEncoding wide[] = { CFStringEncoding::UTF8, CFStringEncoding::UTF16BE,
         CFStringEncoding::UTF16LE, CFStringEncoding::UTF7, CFStringEncoding::UTF32 };
-    const unsigned number = data[0] << 8U | data[1];
+    const unsigned number = unsigned { data[0] } << 8 | data[1];
     const auto encoding = number >= 0xFF00 ? wide[number % 5] : CFStringEncoding { number };
     const std::string_view bytes(reinterpret_cast<const char*>(data) + 2, size - 2);
 
