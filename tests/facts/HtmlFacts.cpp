@@ -8,6 +8,7 @@
 namespace caddis::facts {
 
 Answer htmlFact(const Question& question);
+Answer htmlHeadFact(const Question& question);
 
 namespace {
 
@@ -32,7 +33,7 @@ String words(const String& text)
 Answer htmlFact(const Question& question)
 {
     if (question.key != u"text" && question.key != u"text.words")
-        return Answer::skip("no such key yet");
+        return htmlHeadFact(question);
     const auto data = FileSystem::contentsOfFile(question.path);
     if (!data)
         return Answer::skip("no such file");
