@@ -1,0 +1,7 @@
+#include "platform/base/PlatformVersion.h"
+
+namespace caddis {
+
+PlatformVersion PlatformVersion::s_current;
+
+} // namespace caddis
