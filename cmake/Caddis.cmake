@@ -16,6 +16,23 @@ function(caddis_module name)
   target_link_libraries(${target} PUBLIC ${ARG_DEPENDS} PRIVATE ${ARG_LIBRARIES} caddis::warnings)
 endfunction()
 
+# caddis_shared_module(pdf_engine FILE caddis-pdf SOURCES A.cpp DEPENDS pdf LIBRARIES PkgConfig::poppler)
+#
+# A folder built as caddis-pdf.so, which a program opens on first use (platform/modules): what it links is not
+# linked into the program. The module that opens it must not be among its DEPENDS' users at link time.
+function(caddis_shared_module name)
+  cmake_parse_arguments(ARG "" "FILE" "SOURCES;DEPENDS;LIBRARIES" ${ARGN})
+  set(target caddis_${name})
+  add_library(${target} MODULE ${ARG_SOURCES})
+  list(TRANSFORM ARG_DEPENDS PREPEND caddis::)
+  target_link_libraries(${target} PRIVATE ${ARG_DEPENDS} ${ARG_LIBRARIES} caddis::warnings)
+  set_target_properties(
+    ${target}
+    PROPERTIES PREFIX "" OUTPUT_NAME ${ARG_FILE} VISIBILITY_INLINES_HIDDEN ON
+               LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib/caddis)
+  target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL)
+endfunction()
+
 # caddis_test(markup SOURCES ATest.cpp BTest.cpp DEPENDS markup LIBRARIES DBus::DBus): one program per source
 # folder, one ctest entry per case, labelled with the folder.
 function(caddis_test name)

@@ -15,7 +15,7 @@ modules, problems = {}, []
 
 for cmake in src.rglob("CMakeLists.txt"):
     text = re.sub(r"#.*", "", cmake.read_text())
-    for call in re.finditer(r"caddis_module\(([^)]*)\)", text):
+    for call in re.finditer(r"caddis_(?:shared_)?module\(([^)]*)\)", text):
         words = call.group(1).split()
         depends = []
         if "DEPENDS" in words:
