@@ -1,0 +1,40 @@
+#include "platform/pdf/PDFDocument.h"
+
+#include "platform/pdf/PDFEngine.h"
+#include "platform/pdf/PDFModule.h"
+
+namespace caddis {
+
+std::optional<PDFDocument::Opened> PDFDocument::open(const Data& data)
+{
+    auto* const openDocument = pdf::module().entry<pdf::OpenDocument>("caddisOpenPDFDocument");
+    std::shared_ptr<const pdf::Document> document(openDocument ? openDocument(data) : nullptr);
+    if (!document)
+        return std::nullopt;
+    return Opened { data, std::move(document) };
+}
+
+std::unique_ptr<PDFDocument> PDFDocument::initWithData(const Data& data)
+{
+    auto opened = open(data);
+    return opened ? std::unique_ptr<PDFDocument>(new PDFDocument(std::move(*opened))) : nullptr;
+}
+
+bool PDFDocument::isLocked() const { return m_document->isLocked(); }
+
+std::size_t PDFDocument::pageCount() const { return m_document->pageCount(); }
+
+Dictionary PDFDocument::documentAttributes() const { return m_document->attributes(); }
+
+std::vector<PDFOutlineItem> PDFDocument::outline() const { return m_document->outline(); }
+
+std::unique_ptr<PDFPage> PDFDocument::pageAtIndex(std::size_t index) const
+{
+    if (index >= pageCount())
+        return nullptr;
+    return pageClass()(m_document, index);
+}
+
+PDFDocument::PageClass* PDFDocument::pageClass() const { return makePage<PDFPage>; }
+
+} // namespace caddis

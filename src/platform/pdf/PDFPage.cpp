@@ -1,0 +1,54 @@
+#include "platform/pdf/PDFPage.h"
+
+#include "platform/base/Format.h"
+#include "platform/pdf/PDFContext.h"
+#include "platform/pdf/PDFEngine.h"
+
+namespace caddis {
+
+namespace {
+
+constexpr std::uint64_t MostPixels = 100'000'000;
+
+} // namespace
+
+std::optional<String> PDFPage::string(PDFDeadline deadline) const
+{
+    return m_document->text(m_index, deadline);
+}
+
+String PDFPage::label() const { return m_document->label(m_index); }
+
+Rect PDFPage::boundsForBox(PDFDisplayBox box) const { return m_document->bounds(m_index, box); }
+
+int PDFPage::rotation() const { return m_document->rotation(m_index); }
+
+std::vector<PDFAnnotation> PDFPage::annotations() const { return m_document->annotations(m_index); }
+
+bool PDFPage::hasPageRef() const { return m_document->hasPage(m_index); }
+
+String PDFPage::description() const
+{
+    return hasPageRef() ? format(u"PDFPage, label %@", label()) : String(u"PDFPage, missing");
+}
+
+std::optional<PDFRaster> PDFPage::raster(const PDFRasterRequest& request) const
+{
+    const std::uint64_t pixels = std::uint64_t { request.pixelsWide } * request.pixelsHigh;
+    if (pixels == 0 || pixels > MostPixels)
+        return std::nullopt;
+    return m_document->draw(m_index, request);
+}
+
+void PDFPage::drawWithBox(PDFDisplayBox box, PDFContext& context) const
+{
+    const Rect bounds = boundsForBox(box);
+    context.saveGState();
+    context.concatCTM({ 1, 0, 0, 1, -bounds.x, -bounds.y });
+    context.drawPDFPage(*this);
+    context.restoreGState();
+}
+
+std::optional<Data> PDFPage::dataRepresentation() const { return m_document->dataOfPage(m_index); }
+
+} // namespace caddis

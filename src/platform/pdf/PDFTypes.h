@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/base/Data.h"
+#include "platform/base/Geometry.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+/// What PDF documents and pages answer with. Lengths are points (1/72 inch) of the page's own coordinates:
+/// the origin at the lower left, before the page's rotation.
+namespace caddis {
+
+/// The page's boxes (ISO 32000-1, 14.11.2). A missing box is the crop box, a missing crop box the media box.
+enum class PDFDisplayBox { Media, Crop, Bleed, Trim, Art };
+
+/// When work on a page ends at the latest; none means no limit.
+using PDFDeadline = std::optional<std::chrono::steady_clock::time_point>;
+
+/// One annotation of a page: its place and the entries of its dictionary.
+struct PDFAnnotation {
+    std::size_t index = 0; ///< in the page's array of annotations
+    String subtype; ///< "Link", "Text", "Widget" …; empty when the dictionary has none
+    std::vector<String> keys; ///< with their slash, as "/Rect"
+
+    bool isLink() const { return subtype == u"Link"; }
+};
+
+/// One line of the table of contents; the list holds them in reading order.
+struct PDFOutlineItem {
+    String label;
+    std::size_t level = 0; ///< 0 for the children of the root
+    std::optional<std::size_t> pageIndex; ///< where it leads to inside the document
+};
+
+/// What part of a page is drawn, and into how many pixels.
+struct PDFRasterRequest {
+    PDFDisplayBox box = PDFDisplayBox::Crop;
+    /// In points of the box as it is shown, rotated, origin at its lower left; nil for all of it.
+    std::optional<Rect> source {};
+    std::uint32_t pixelsWide = 0;
+    std::uint32_t pixelsHigh = 0;
+    std::uint32_t background = 0xFFFFFF; ///< 0xRRGGBB
+    PDFDeadline deadline {};
+};
+
+/// Opaque pixels, rows from the top, 4 bytes each: red, green, blue, 255.
+struct PDFRaster {
+    std::uint32_t pixelsWide = 0;
+    std::uint32_t pixelsHigh = 0;
+    Data pixels;
+};
+
+} // namespace caddis

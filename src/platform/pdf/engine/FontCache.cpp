@@ -1,0 +1,33 @@
+#include "platform/pdf/engine/FontCache.h"
+
+namespace caddis::pdf {
+
+namespace {
+
+// Merged documents bring fonts for every page; beyond this many the cache starts anew, so that memory stays
+// flat.
+constexpr std::size_t MostFonts = 512;
+
+} // namespace
+
+std::shared_ptr<Font> FontCache::make(const Object& dictionary, Ref reference) const
+{
+    if (!dictionary.isDict())
+        return nullptr;
+    auto font = GfxFont::makeFont(m_xref, "F", reference, dictionary.getDict());
+    return font && font->isOk() ? std::make_shared<Font>(std::move(font)) : nullptr;
+}
+
+std::shared_ptr<Font> FontCache::font(const Object& entry)
+{
+    if (!entry.isRef())
+        return make(entry, Ref::INVALID());
+    const auto found = m_fonts.find(entry.getRef());
+    if (found != m_fonts.end())
+        return found->second;
+    if (m_fonts.size() >= MostFonts)
+        m_fonts.clear();
+    return m_fonts[entry.getRef()] = make(entry.fetch(m_xref), entry.getRef());
+}
+
+} // namespace caddis::pdf

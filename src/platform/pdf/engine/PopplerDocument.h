@@ -1,0 +1,73 @@
+#pragma once
+
+#include "platform/pdf/PDFEngine.h"
+#include "platform/pdf/engine/FontCache.h"
+#include "platform/pdf/engine/StreamBytes.h"
+
+#include <PDFDoc.h>
+
+#include <memory>
+
+class QPDF;
+
+namespace caddis::pdf {
+
+/// Whether QPDF, which repairs other damage than Poppler, makes out a document in the bytes. False when there
+/// is too much of it to try.
+bool isReadableByQpdf(const Data& data);
+
+/// A document read by Poppler. What is written, a page of its own or a whole document, QPDF reads from the
+/// same bytes when it is first wanted.
+class PopplerDocument final : public Document {
+public:
+    /// Null when it is no PDF. One that wants a password is locked; one whose objects can be made out, but no
+    /// page of it, has no pages.
+    static PopplerDocument* open(const Data& data);
+    ~PopplerDocument() override;
+
+    bool isLocked() const override { return m_locked; }
+    std::size_t pageCount() const override { return m_pageCount; }
+    Dictionary attributes() const override;
+    std::vector<PDFOutlineItem> outline() const override;
+
+    bool hasPage(std::size_t page) const override { return pageAt(page) != nullptr; }
+    std::optional<String> text(std::size_t page, PDFDeadline deadline) const override;
+    String label(std::size_t page) const override;
+    Rect bounds(std::size_t page, PDFDisplayBox box) const override;
+    int rotation(std::size_t page) const override;
+    std::vector<PDFAnnotation> annotations(std::size_t page) const override;
+    std::optional<PDFRaster> draw(std::size_t page, const PDFRasterRequest& request) const override;
+    std::optional<Data> dataOfPage(std::size_t page) const override;
+
+    /// The same bytes for QPDF. Null when it can't read them, sees other pages in them, or when there are so
+    /// many objects that copies of them would fill the memory.
+    std::shared_ptr<QPDF> forWriting() const;
+    /// The page and place that an entry of this kind leads to inside the document: an array or a name.
+    std::unique_ptr<LinkDest> destination(const Object& entry) const;
+    std::optional<std::size_t> pageOf(const LinkDest& destination) const;
+    /// Destination of an outline item or a link: its /Dest, else that of its action "go to". Null: none
+    /// inside.
+    std::unique_ptr<LinkDest> destinationOf(const Dict& item) const;
+    /// The dictionary of an annotation; null object when there is none.
+    Object annotation(std::size_t page, std::size_t index) const;
+
+private:
+    explicit PopplerDocument(const Data& data);
+    std::unique_ptr<PDFDoc> read();
+
+    bool isOpen() const { return !m_locked && m_document->isOk(); }
+    Page* pageAt(std::size_t page) const;
+
+    Data m_data;
+    bool m_isRepaired = false; ///< Poppler had to search the objects
+    bool m_locked = false;
+    std::unique_ptr<PDFDoc> m_document;
+    std::size_t m_pageCount;
+    // Reading a page fills them; they are no part of what the document says.
+    mutable FontCache m_fonts;
+    mutable StreamBytes m_streams;
+    mutable std::shared_ptr<QPDF> m_writable;
+    mutable bool m_writableIsTried = false;
+};
+
+} // namespace caddis::pdf

@@ -1,0 +1,122 @@
+#include "platform/pdf/engine/TextPage.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace caddis::pdf {
+
+namespace {
+
+constexpr double LineStep = 0.55; // All in em.
+constexpr double BackStep = 1;
+constexpr double OverlapStep = 0.1;
+constexpr double SamePlace = 0.12;
+
+constexpr double SameDirection = 0.98; // Cosine: 11 degrees.
+constexpr std::size_t MostGlyphsOnALine = 16 * 1024;
+
+} // namespace
+
+void TextPage::setBaseline(const Baseline& baseline)
+{
+    m_baseline = baseline;
+    m_baselineIsNew = true;
+}
+
+void TextPage::add(std::u16string_view text, double begin, double end)
+{
+    const double em = m_baseline.emAlong;
+    if (m_baselineIsNew) {
+        m_baselineIsNew = false;
+        const double cosine
+            = m_baseline.directionX * m_line.directionX + m_baseline.directionY * m_line.directionY;
+        const double step = std::fabs(m_baseline.across - m_line.across);
+        if (cosine < SameDirection || step > LineStep * std::max(m_baseline.emAcross, m_line.emAcross))
+            endLine();
+        m_line = m_baseline;
+    }
+    if (!m_glyphs.empty()) {
+        const double gap = begin - m_glyphs.back().end;
+        if (gap < -OverlapStep * em && isDrawnAgain(text, begin))
+            return;
+        if ((gap < -BackStep * em && !continuesToTheLeft(text, end)) || m_glyphs.size() >= MostGlyphsOnALine)
+            endLine();
+    }
+    if (text.empty() && m_glyphs.empty())
+        return;
+    m_hasRightToLeft |= std::any_of(text.begin(), text.end(), isRightToLeft);
+    m_leftmost = m_glyphs.empty() ? begin : std::min(m_leftmost, begin);
+    m_glyphs.push_back({ static_cast<std::uint32_t>(m_units.size()), static_cast<std::uint32_t>(text.size()),
+        begin, end, static_cast<float>(em), text == u" " });
+    m_units.append(text);
+}
+
+// Right-to-left text in logical order: each word stands left of all before it.
+bool TextPage::continuesToTheLeft(std::u16string_view text, double end) const
+{
+    const bool isFromTheRight = std::any_of(text.begin(), text.end(), isRightToLeft);
+    const auto last = m_glyphs.back().text(m_units);
+    return (isFromTheRight || (m_hasRightToLeft && std::any_of(last.begin(), last.end(), isRightToLeft)))
+        && end <= m_leftmost + m_baseline.emAlong / 2;
+}
+
+// Bold type without a bold font, and shadows: the same glyphs again, a hair beside the first ones.
+bool TextPage::isDrawnAgain(std::u16string_view text, double begin)
+{
+    const double tolerance = SamePlace * m_baseline.emAlong;
+    const auto repeats = [&](std::size_t index) {
+        return index < m_glyphs.size() && std::fabs(m_glyphs[index].begin - begin) <= tolerance
+            && m_glyphs[index].text(m_units) == text;
+    };
+    if (repeats(m_again) || repeats(m_again = m_glyphs.size() - 1))
+        return ++m_again, true;
+    const auto found = std::lower_bound(m_glyphs.begin(), m_glyphs.end(), begin - tolerance,
+        [](const PlacedGlyph& glyph, double place) { return glyph.begin < place; });
+    m_again = static_cast<std::size_t>(found - m_glyphs.begin());
+    return repeats(m_again) && (++m_again, true);
+}
+
+void TextPage::endLine()
+{
+    if (m_glyphs.empty())
+        return;
+    m_lineStart = m_text.length() + !m_text.isEmpty();
+    if (m_hasRightToLeft)
+        putInLogicalOrder(m_glyphs, m_units);
+    emitInOrder();
+    m_glyphs.clear();
+    m_units.clear();
+    m_hasRightToLeft = false;
+    m_again = 0;
+}
+
+void TextPage::emitInOrder()
+{
+    bool blank = false;
+    double end = m_glyphs.front().begin;
+    for (const PlacedGlyph& glyph : m_glyphs) {
+        blank |= glyph.isBlank || glyph.isApartFrom(end);
+        end = glyph.end;
+        if (glyph.isBlank || glyph.count == 0)
+            continue;
+        emit(glyph.text(m_units), blank);
+        blank = false;
+    }
+}
+
+void TextPage::emit(std::u16string_view text, bool afterBlank)
+{
+    if (m_text.length() < m_lineStart)
+        m_text.append(u'\n');
+    else if (afterBlank && m_text.length() > m_lineStart)
+        m_text.append(u' ');
+    m_text.append(text);
+}
+
+String TextPage::take() &&
+{
+    endLine();
+    return std::move(m_text).take();
+}
+
+} // namespace caddis::pdf
