@@ -14,6 +14,7 @@ Answer entityFact(const Question&);
 Answer epubFact(const Question&);
 Answer htmlFact(const Question&);
 Answer jsonFact(const Question&);
+Answer pdfFact(const Question&);
 Answer unicodeFact(const Question&);
 Answer zipFact(const Question&);
 
@@ -29,6 +30,7 @@ const std::map<std::u16string_view, Answerer> kinds {
     { u"epub", epubFact },
     { u"html", htmlFact },
     { u"json", jsonFact },
+    { u"pdf", pdfFact },
     { u"unicode", unicodeFact },
     { u"zip", zipFact },
 };
