@@ -4,11 +4,16 @@ namespace caddis {
 
 // Goes through one block from unit `from` on: the place of the '>' that ends the tag, or BlockUnits and the
 // state at the block's end.
-unsigned OpenTags::follow(const UnitMasks& masks, unsigned from, State& state)
+unsigned OpenTags::follow(std::size_t block, unsigned from, State& state)
 {
+    const UnitMasks& masks = m_text.masks(block);
+    const std::size_t index = m_text.indexOf(block);
+    const std::uint64_t greater = masks.greater[index];
+    const std::uint64_t doubles = masks.doubleQuote[index];
+    const std::uint64_t singles = masks.singleQuote[index];
     // In each state only these units mean something.
-    const std::uint64_t steering[] = { masks.equals | masks.greater,
-        masks.doubleQuote | masks.singleQuote | masks.greater, masks.doubleQuote, masks.singleQuote };
+    const std::uint64_t steering[]
+        = { masks.equals[index] | greater, doubles | singles | greater, doubles, singles };
     while (from < BlockUnits) {
         const std::uint64_t bits = steering[state] & ~std::uint64_t(0) << from;
         if (!bits)
@@ -17,12 +22,12 @@ unsigned OpenTags::follow(const UnitMasks& masks, unsigned from, State& state)
         const std::uint64_t unit = bits & -bits;
         if (state >= InDouble)
             state = Outside;
-        else if (unit & masks.greater)
+        else if (unit & greater)
             return at;
         else if (state == Outside)
             state = AfterEquals;
         else
-            state = unit & masks.doubleQuote ? InDouble : InSingle;
+            state = unit & doubles ? InDouble : InSingle;
         from = at + 1;
     }
     return BlockUnits;
@@ -33,7 +38,7 @@ std::size_t OpenTags::closingBracket(std::size_t tag)
     State state = Outside;
     unsigned from = tag % BlockUnits;
     for (std::size_t block = tag / BlockUnits; block < m_text.blocks(); ++block) {
-        const unsigned at = follow(*m_text.masks(block), from, state);
+        const unsigned at = follow(block, from, state);
         if (at < BlockUnits)
             return block * BlockUnits + at;
         from = 0;
@@ -54,10 +59,9 @@ void OpenTags::buildIndex(std::size_t firstBlock)
     m_index.resize(count + 1);
     // First every block by itself: an end, or behind all ends the state that it hands to the next block.
     for (std::size_t index = 0; index < count; ++index) {
-        const UnitMasks& masks = *m_text.masks(firstBlock + index);
         for (const State start : { Outside, AfterEquals, InDouble, InSingle }) {
             State state = start;
-            const unsigned at = follow(masks, 0, state);
+            const unsigned at = follow(firstBlock + index, 0, state);
             m_index[index][start] = at < BlockUnits ? (firstBlock + index) * BlockUnits + at : length + state;
         }
     }

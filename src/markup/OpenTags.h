@@ -29,7 +29,7 @@ private:
     // Per state at a block's beginning, the '>' that ends the tag.
     using Ends = std::array<std::size_t, 4>;
 
-    static unsigned follow(const UnitMasks& masks, unsigned from, State& state);
+    unsigned follow(std::size_t block, unsigned from, State& state);
     void buildIndex(std::size_t firstBlock);
 
     MaskedText& m_text;

@@ -8,27 +8,52 @@
 
 #include <algorithm>
 
-// The scan walks the '<' bits of the text's masks. For each it takes the masks of the 64 units from there on:
-// the quotes' parity tells which '>' stand outside values, the first of those ends the tag, and the first
-// possible end of a name behind the first letter ends the name. Tags that are longer, or not so plainly
-// written, go the slow way, as comments and sections do. Both ways give the same calls.
+// The scan walks the '<' bits of the text's masks. For each it takes the masks of the next 57 units, and of
+// the next again until it ends: the quotes' parity tells which '>' stand outside values, the first of those
+// ends the tag, and the first possible end of a name behind the first letter ends the name. Tags that are
+// longer, or not so plainly written, go the slow way, as comments and sections do. Both ways give the same
+// calls.
 
 namespace caddis {
 inline namespace XmlExtensions {
 
 namespace {
 
-// Bit k: whether the number of bits from 0 through k is odd.
-std::uint64_t parity(std::uint64_t bits)
-{
-    for (unsigned shift = 1; shift < 64; shift *= 2)
-        bits ^= bits << shift;
-    return bits;
-}
-
 bool isAsciiLetter(char16_t unit) { return static_cast<char16_t>((unit | 0x20) - u'a') < 26; }
 
-bool endsName(char16_t unit) { return unit == u'>' || unit == u'/' || whiteCharacterSetRep().contains(unit); }
+// Whether a tag has attributes can't be foreseen: no branches here.
+bool endsName(char16_t unit)
+{
+    return static_cast<bool>((unit == u'>') | (unit == u'/') | whiteCharacterSetRep().contains(unit));
+}
+
+// Whether a name may be "script" or "style" in some case; not only ASCII letters have an S as their capital.
+bool mayBeRaw(char16_t first, std::size_t length)
+{
+    return static_cast<bool>((length - 5 <= 1) & (((first | 0x20) == u's') | (first > 0x7F)));
+}
+
+// The length of the tag that begins at unit `place` of the masks, when it lies in them and is plainly
+// written: all its quotes are double ones, and those that open a value stand right behind equals signs.
+inline std::size_t plainLength(const UnitMasks& masks, std::size_t place, std::size_t unitsAtHand)
+{
+    // A window begins with the last unit of the one before it, which may be an equals sign.
+    constexpr std::uint64_t Examined = (std::uint64_t(1) << UnitMasks::WindowUnits) - 2;
+    constexpr std::size_t Step = UnitMasks::WindowUnits - 1;
+    const std::uint64_t oddBefore = 0 - (UnitMasks::window(masks.inDouble, place) & 1);
+    for (std::size_t at = place; at + BlockUnits <= unitsAtHand; at += Step) {
+        const std::uint64_t inValues = UnitMasks::window(masks.inDouble, at) ^ oddBefore;
+        const std::uint64_t ends = UnitMasks::window(masks.greater, at) & ~inValues;
+        const std::uint64_t before = (ends - 1) & ~ends & Examined;
+        const std::uint64_t strayQuotes = UnitMasks::window(masks.singleQuote, at) & ~inValues;
+        const std::uint64_t looseQuotes = inValues & ~((inValues | UnitMasks::window(masks.equals, at)) << 1);
+        if ((strayQuotes | looseQuotes) & before)
+            break;
+        if (ends)
+            return at - place + static_cast<unsigned>(std::countr_zero(ends)) + 1;
+    }
+    return NotFound;
+}
 
 class Scanner {
 public:
@@ -44,11 +69,15 @@ public:
     void run();
 
 private:
+    static constexpr unsigned PlacesAStep = 4;
+
+    std::size_t placesOfTags(std::size_t block);
     std::size_t delimit(std::size_t tag);
     std::size_t delimitSlowly(std::size_t tag);
     std::size_t endOfComment(std::size_t tag);
     std::size_t endOfSection(std::size_t tag);
     std::size_t delimitElement(std::size_t tag, std::size_t end, Range name);
+    std::size_t endOfElement(std::size_t tag, std::size_t end);
     Range nameOf(std::size_t tag, std::size_t end) const;
     Scan deliver(std::size_t tag, std::size_t behind);
     void finish(std::size_t openTag);
@@ -60,14 +89,18 @@ private:
     OpenTags m_openTags { m_text };
     TagEvent m_event;
     RawText m_rawText { m_text };
+    std::uint16_t
+        m_places[UnitMasks::Batch * BlockUnits + PlacesAStep]; // Of '<', from the batch's beginning.
     std::size_t m_next = 0; // Behind the last tag: where the present text run begins.
 };
 
 void Scanner::run()
 {
-    for (std::size_t block = 0; block < m_text.blocks(); block = std::max(block + 1, m_next / BlockUnits)) {
-        for (std::uint64_t less = m_text.masks(block)->less; less; less &= less - 1) {
-            const std::size_t tag = block * BlockUnits + static_cast<unsigned>(std::countr_zero(less));
+    for (std::size_t block = 0; block < m_text.blocks();) {
+        const std::size_t first = block * BlockUnits;
+        const std::uint16_t* const last = m_places + placesOfTags(block);
+        for (const std::uint16_t* place = m_places; place != last; ++place) {
+            const std::size_t tag = first + *place;
             if (tag < m_next)
                 continue;
             const std::size_t end = delimit(tag);
@@ -76,9 +109,33 @@ void Scanner::run()
             if (deliver(tag, end + 1) == Scan::Stop)
                 return;
         }
+        block = std::max(block + UnitMasks::Batch, m_next / BlockUnits);
     }
     m_event.kind = TagKind::Element;
     finish(m_length);
+}
+
+// Lists the places of '<' in the batch from `block` on. Four bits a step are taken whether they are there or
+// not: how many a block has is what a processor can't foresee.
+std::size_t Scanner::placesOfTags(std::size_t block)
+{
+    constexpr std::uint64_t AnyBit = std::uint64_t(1)
+        << (BlockUnits - 1); // Asked for no bit, a processor differs.
+    const UnitMasks& masks = m_text.masks(block);
+    const std::size_t count = std::min(UnitMasks::Batch, m_text.blocks() - block);
+    std::uint16_t* place = m_places;
+    for (std::size_t index = 0; index < count; ++index) {
+        std::uint64_t less = masks.less[index];
+        do {
+            for (unsigned step = 0; step < PlacesAStep; ++step) {
+                const int bit = std::countr_zero(less | AnyBit);
+                *place = static_cast<std::uint16_t>(index * BlockUnits + static_cast<unsigned>(bit));
+                place += less != 0;
+                less &= less - 1;
+            }
+        } while (less);
+    }
+    return static_cast<std::size_t>(place - m_places);
 }
 
 Scan Scanner::deliver(std::size_t tag, std::size_t behind)
@@ -99,30 +156,31 @@ void Scanner::finish(std::size_t openTag)
     deliver(m_length, m_length);
 }
 
+// The tag ends at `end`; the content of a script or style element belongs to it.
+inline std::size_t Scanner::delimitElement(std::size_t tag, std::size_t end, Range name)
+{
+    m_event.kind = TagKind::Element;
+    m_event.name = name;
+    return name.length && mayBeRaw(m_units[name.location], name.length) ? endOfElement(tag, end) : end;
+}
+
 // Sets the event's kind and name for what begins at `tag`; returns its last unit, or NotFound when nothing
 // ends it.
 std::size_t Scanner::delimit(std::size_t tag)
 {
-    const unsigned shift = tag % BlockUnits;
-    const UnitMasks* masks = m_text.masks(tag / BlockUnits);
-    const auto fromTag = [=](std::uint64_t UnitMasks::*mask) {
-        return masks[0].*mask >> shift | masks[1].*mask << 1 << (BlockUnits - 1 - shift);
-    };
-    const std::uint64_t doubleQuotes = fromTag(&UnitMasks::doubleQuote);
-    const std::uint64_t inValues = parity(doubleQuotes);
-    const std::uint64_t ends = fromTag(&UnitMasks::greater) & ~inValues;
-    const std::uint64_t before = (ends - 1) & ~ends;
-    const std::uint64_t strayQuotes = fromTag(&UnitMasks::singleQuote) & ~inValues;
-    const std::uint64_t looseQuotes = doubleQuotes & inValues & ~(fromTag(&UnitMasks::equals) << 1);
-    if (!ends || ((strayQuotes | looseQuotes) & before) || m_units[tag + 1] == u'!')
+    const UnitMasks& masks = m_text.masks(tag / BlockUnits);
+    const std::size_t place = m_text.indexOf(tag / BlockUnits) * BlockUnits + tag % BlockUnits;
+    const std::size_t length = plainLength(masks, place, m_text.unitsAtHand());
+    if (length == NotFound || m_units[tag + 1] == u'!')
         return delimitSlowly(tag);
 
-    const std::size_t end = tag + static_cast<unsigned>(std::countr_zero(ends));
-    const std::size_t start = tag + (m_units[tag + 1] == u'/' ? 2 : 1);
-    const std::uint64_t nameEnds = fromTag(&UnitMasks::nameEnd) >> (start - tag);
-    const auto length = static_cast<unsigned>(std::countr_zero(nameEnds));
-    const bool plain = isAsciiLetter(m_units[start]) && endsName(m_units[start + length]);
-    return delimitElement(tag, end, plain ? Range { start, length } : nameOf(tag, end));
+    const std::size_t end = tag + length - 1;
+    const std::size_t start = tag + 1 + static_cast<std::size_t>(m_units[tag + 1] == u'/');
+    const std::uint64_t nameEnds = UnitMasks::window(masks.nameEnd, place) >> (start - tag);
+    const auto nameLength = static_cast<unsigned>(std::countr_zero(nameEnds));
+    if (!nameEnds || !isAsciiLetter(m_units[start]) || !endsName(m_units[start + nameLength]))
+        return delimitElement(tag, end, nameOf(tag, end));
+    return delimitElement(tag, end, { start, nameLength });
 }
 
 std::size_t Scanner::delimitSlowly(std::size_t tag)
@@ -161,17 +219,12 @@ std::size_t Scanner::endOfComment(std::size_t tag)
     });
 }
 
-// The tag ends at `end`; the content of a script or style element belongs to it.
-std::size_t Scanner::delimitElement(std::size_t tag, std::size_t end, Range name)
+std::size_t Scanner::endOfElement(std::size_t tag, std::size_t end)
 {
-    m_event.kind = TagKind::Element;
-    m_event.name = name;
-    if (name.length != 5 && name.length != 6)
+    const std::u16string_view name = m_event.units(m_event.name);
+    if (!RawText::isRaw(name) || m_units[tag + 1] == u'/' || m_units[end - 1] == u'/')
         return end;
-    if (!RawText::isRaw({ m_units + name.location, name.length }) || m_units[tag + 1] == u'/'
-        || m_units[end - 1] == u'/')
-        return end;
-    const std::size_t elementEnd = m_rawText.endOfElement(tag, { m_units + name.location, name.length });
+    const std::size_t elementEnd = m_rawText.endOfElement(tag, name);
     if (elementEnd == NotFound)
         return end;
     if (elementEnd < end)
