@@ -13,7 +13,7 @@ namespace caddis::bench {
 namespace {
 
 constexpr std::size_t GeneratedBytes = std::size_t(2) << 20;
-constexpr std::size_t InstalledBytes = std::size_t(8) << 20;
+constexpr std::size_t InstalledBytes = std::size_t(4) << 20;
 constexpr std::size_t PageBytes = std::size_t(64) << 10;
 
 class PageWriter {
@@ -28,11 +28,14 @@ public:
     std::string words(unsigned count)
     {
         static const char* const some[]
-            = { "the", "reader", "of", "a", "page", "finds", "what", "na\xC3\xAFve", "markup", "hides",
-                  "&amp;", "in", "plain", "sight", "documentation", "\xE2\x80\x94", "is", "value" };
+            = { "the", "reader", "of", "a", "page", "finds", "what", "markup", "hides", "in", "plain",
+                  "sight", "documentation", "is", "value", "and", "every", "line", "follows", "from", "it" };
+        static const char* const rare[]
+            = { "na\xC3\xAFve", "&amp;", "\xE2\x80\x94", "\xE2\x80\x9Cso\xE2\x80\x9D" };
         std::string text;
         while (count-- > 0)
-            text.append(text.empty() ? "" : " ").append(some[below(std::size(some))]);
+            text.append(text.empty() ? "" : " ")
+                .append(below(30) ? some[below(std::size(some))] : rare[below(std::size(rare))]);
         return text;
     }
 

@@ -27,6 +27,8 @@ struct EntityConversion {
     bool stdEntities
         = true; ///< `&quot; &amp; &lt; &gt;` and their decimal forms; without `entities` only those
     bool nonUmlauted = false; ///< letters that entities give lose their accents
+
+    bool any() const { return entities || stdEntities; }
 };
 
 struct PlainText {

@@ -1,9 +1,12 @@
 #include "markup/HtmlTags.h"
 
 #include "text/CharacterTables.h"
+#include "text/StringUtilities.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <emmintrin.h>
 
 namespace caddis {
 
@@ -56,10 +59,19 @@ constexpr HtmlTagRow Rows[] = {
     { u"UL", TagBreak::Line },
 };
 
-// Ten units of six bits each: all upper-case letters and digits, and no two names alike.
-constexpr std::size_t LongestName = 10;
+// A name as a number, a byte for each unit: eight of them, and names that are longer are taken by their first
+// eight, which tell them apart from all others. Bit 5 is clear, so case does not count.
+constexpr std::size_t KeyUnits = 8;
+constexpr std::uint64_t Bytes = 0x0101010101010101;
+constexpr std::uint64_t CaseBits = 0x20 * Bytes;
 
-constexpr std::uint64_t packed(std::uint64_t key, char16_t upper) { return key << 6 | (upper - 0x20U); }
+constexpr std::uint64_t keyOf(std::u16string_view name)
+{
+    std::uint64_t key = 0;
+    for (std::size_t index = 0; index < std::min(name.size(), KeyUnits); ++index)
+        key |= std::uint64_t(name[index]) << (8 * index);
+    return key & ~CaseBits;
+}
 
 // An open hash table of the packed names, made by the compiler.
 struct Slot {
@@ -77,9 +89,7 @@ constexpr std::size_t slotOf(std::uint64_t key)
 constexpr std::array<Slot, Slots> table = [] {
     std::array<Slot, Slots> slots;
     for (const HtmlTagRow& row : Rows) {
-        std::uint64_t key = 0;
-        for (const char16_t unit : row.name)
-            key = packed(key, unit);
+        const std::uint64_t key = keyOf(row.name);
         std::size_t slot = slotOf(key);
         while (slots[slot].key)
             slot = (slot + 1) % Slots;
@@ -88,26 +98,45 @@ constexpr std::array<Slot, Slots> table = [] {
     return slots;
 }();
 
-} // namespace
+const HtmlTagRow nothing {};
 
-const HtmlTagRow& htmlTag(std::u16string_view name)
+const HtmlTagRow& rowOfKey(std::uint64_t key)
 {
-    static constexpr HtmlTagRow nothing {};
-    if (name.size() > LongestName)
-        return nothing;
-    const ConversionTable& upper = upperCharsTable();
-    std::uint64_t key = 0;
-    for (const char16_t unit : name) {
-        const char16_t letter = upper[unit];
-        if (letter < u'0' || letter > u'Z')
-            return nothing;
-        key = packed(key, letter);
-    }
     for (std::size_t slot = slotOf(key); table[slot].key; slot = (slot + 1) % Slots) {
         if (table[slot].key == key)
             return table[slot].row;
     }
     return nothing;
+}
+
+// Any name, unit by unit.
+const HtmlTagRow& rowOfAnyName(std::u16string_view name)
+{
+    char16_t upper[KeyUnits] = {};
+    std::transform(name.begin(), name.begin() + std::min(name.size(), KeyUnits), upper, toUpper);
+    const HtmlTagRow& row = rowOfKey(keyOf({ upper, std::min(name.size(), KeyUnits) }));
+    return isEqualNoCase(name, row.name) ? row : nothing;
+}
+
+} // namespace
+
+const HtmlTagRow& htmlTag(std::u16string_view text, Range name)
+{
+    if (!name.isFound())
+        return nothing;
+    if (name.length > KeyUnits || text.size() - name.location < KeyUnits)
+        return rowOfAnyName(text.substr(name.location, name.length));
+    // Units that are no bytes become 0 or 255.
+    const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + name.location));
+    const auto all = static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_packus_epi16(units, units)));
+    const std::uint64_t used = ~std::uint64_t(0) >> (8 * (KeyUnits - name.length));
+    const std::uint64_t bytes = all & used;
+    // Each byte must be from 32 to 127: only there clearing bit 5 makes nothing but letters alike that differ
+    // in case.
+    const std::uint64_t printable = (bytes | bytes << 1) & 0x40 * Bytes;
+    if (printable != (0x40 * Bytes & used) || (bytes & 0x80 * Bytes))
+        return rowOfAnyName(text.substr(name.location, name.length));
+    return rowOfKey(bytes & ~CaseBits);
 }
 
 } // namespace caddis

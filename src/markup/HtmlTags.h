@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/base/Range.h"
+
 #include <string_view>
 
 namespace caddis {
@@ -44,7 +46,7 @@ struct HtmlTagRow {
     HtmlTag tag = HtmlTag::Other;
 };
 
-/// The row of `name`, in any case; a row of nothing for all other names.
-const HtmlTagRow& htmlTag(std::u16string_view name);
+/// The row of the name that stands at `name` in `text`, in any case; a row of nothing for all other names.
+const HtmlTagRow& htmlTag(std::u16string_view text, Range name);
 
 } // namespace caddis

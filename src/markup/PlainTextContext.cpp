@@ -50,13 +50,41 @@ void writeOwedSpace(PlainTextContext& context)
         context.write(u' ');
 }
 
+// False, and nothing done, when there are ampersands and they are refused.
+bool appendConverted(PlainTextContext& context, std::u16string_view run, Ampersands ampersands)
+{
+    if (run.empty())
+        return true;
+    const bool beganWhite = isWhite(run.front());
+    const bool endedWhite = isWhite(run.back());
+    if (context.flowing && (beganWhite || endedWhite)) {
+        run = trimmingWhiteSpaces(run);
+        if (run.empty()) {
+            context.pendingSpace = true;
+            return true;
+        }
+    }
+    // A converted run stands one unit behind the cursor: the owed space does not touch it.
+    char16_t* const before = context.cursor;
+    if (beganWhite || context.pendingSpace)
+        writeOwedSpace(context);
+    const bool keepLines = !context.flowing && context.options.reformat;
+    char16_t* const end
+        = keepLines ? copyReformatted(run, context.cursor) : copyCollapsed(run, context.cursor, ampersands);
+    context.cursor = end ? end : before;
+    if (!end)
+        return false;
+    context.pendingSpace = endedWhite;
+    context.textSinceBreak = context.textSinceBreak || end != before;
+    return true;
+}
+
 } // namespace
 
 std::u16string_view convertedEntities(const PlainTextContext& context, std::u16string_view run)
 {
     const EntityConversion& conversion = context.conversion;
-    if (run.size() < ShortestWithEntity || (!conversion.entities && !conversion.stdEntities)
-        || indexOfUnit<u'&'>(run, 0) == run.size())
+    if (run.size() < ShortestWithEntity || !conversion.any() || indexOfUnit<u'&'>(run, 0) == run.size())
         return run;
     char16_t* const out = context.cursor + 1;
     if (!conversion.entities)
@@ -72,26 +100,11 @@ void appendRangeToPlainText(PlainTextContext& context, std::u16string_view run)
         context.didRemoveJunk = true;
         return;
     }
-    run = convertedEntities(context, run);
-    if (run.empty())
-        return;
-    const bool beganWhite = isWhite(run.front());
-    const bool endedWhite = isWhite(run.back());
-    if (context.flowing && (beganWhite || endedWhite)) {
-        run = trimmingWhiteSpaces(run);
-        if (run.empty()) {
-            context.pendingSpace = true;
-            return;
-        }
-    }
-    // A converted run stands one unit behind the cursor: the owed space does not touch it.
-    if (beganWhite || context.pendingSpace)
-        writeOwedSpace(context);
-    char16_t* const before = context.cursor;
-    const bool keepLines = !context.flowing && context.options.reformat;
-    context.cursor = keepLines ? copyReformatted(run, before) : copyCollapsed(run, before);
-    context.pendingSpace = endedWhite;
-    context.textSinceBreak = context.textSinceBreak || context.cursor != before;
+    // Most runs have no entity: they are looked for while copying.
+    const bool converts = run.size() >= ShortestWithEntity && context.conversion.any();
+    const bool copiesAtOnce = context.flowing || !context.options.reformat;
+    if (!converts || !copiesAtOnce || !appendConverted(context, run, Ampersands::Refused))
+        appendConverted(context, convertedEntities(context, run), Ampersands::Copied);
     if (context.options.removeJunk && context.cursor - context.paragraphStart > LongestParagraph) {
         context.cursor = context.paragraphStart;
         context.didRemoveJunk = true;

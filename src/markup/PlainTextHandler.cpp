@@ -43,7 +43,7 @@ void changeDepth(std::int64_t& depth, const TagEvent& event, std::int64_t inElem
 
 Scan PlainTextHandler::operator()(const TagEvent& event)
 {
-    const HtmlTagRow& row = htmlTag(event.name.isFound() ? event.units(event.name) : std::u16string_view());
+    const HtmlTagRow& row = htmlTag({ event.characters, event.string.length() }, event.name);
     if (context.bodyDepth >= 1) {
         context.produced = true;
         if (event.text.length)

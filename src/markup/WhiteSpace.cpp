@@ -10,47 +10,61 @@ namespace caddis {
 
 namespace {
 
-constexpr std::size_t Step = 16;
-
 bool isWhite(char16_t unit) { return whiteCharacterSetRep().contains(unit); }
 
-// Copies units up to the first that may need work, 16 at a time, and returns their number: a unit below the
-// space or above ASCII, or a space behind another one. Less than 16 units are left alone.
+constexpr std::size_t Step = 8;
+
+// All bits of the lanes that may need work: below the space (read as signed, units from U+8000 on are, too),
+// above ASCII, or an ampersand.
+__m128i specialLanes(__m128i units)
+{
+    const __m128i outside = _mm_or_si128(
+        _mm_cmplt_epi16(units, _mm_set1_epi16(' ')), _mm_cmpgt_epi16(units, _mm_set1_epi16(0x7F)));
+    return _mm_or_si128(outside, _mm_cmpeq_epi16(units, _mm_set1_epi16('&')));
+}
+
+__m128i blankLanes(__m128i units) { return _mm_cmpeq_epi16(units, _mm_set1_epi16(' ')); }
+
+unsigned bitsOf(__m128i low, __m128i high)
+{
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(low, high)));
+}
+
+// Copies units up to the first that may need work, a special one or a space behind another one, and returns
+// their number; sixteen or eight at a time, and less than eight are left alone.
 std::size_t copyPlain(std::u16string_view text, char16_t* out, bool afterWhite)
 {
     std::size_t at = 0;
-    for (unsigned spaceBefore = afterWhite; at + Step <= text.size(); at += Step) {
+    unsigned blankBefore = afterWhite;
+    while (at + Step <= text.size()) {
+        const bool two = at + 2 * Step <= text.size();
         const auto* source = reinterpret_cast<const __m128i*>(text.data() + at);
         const __m128i low = _mm_loadu_si128(source);
-        const __m128i high = _mm_loadu_si128(source + 1);
-        // Read as signed, units from U+8000 on are below the space.
-        const auto special = [](__m128i units) {
-            return _mm_or_si128(
-                _mm_cmplt_epi16(units, _mm_set1_epi16(' ')), _mm_cmpgt_epi16(units, _mm_set1_epi16(0x7F)));
-        };
-        const auto blank = [](__m128i units) { return _mm_cmpeq_epi16(units, _mm_set1_epi16(' ')); };
-        const auto specials
-            = static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(special(low), special(high))));
-        const auto blanks
-            = static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(blank(low), blank(high))));
-        const unsigned work = specials | (blanks & (blanks << 1 | spaceBefore));
-        auto* target = reinterpret_cast<__m128i*>(out + at);
-        if (work) {
-            const auto plain = static_cast<std::size_t>(std::countr_zero(work));
+        const __m128i high = two ? _mm_loadu_si128(source + 1) : _mm_setzero_si128();
+        const unsigned blanks = bitsOf(blankLanes(low), blankLanes(high));
+        const unsigned specials = bitsOf(specialLanes(low), specialLanes(high));
+        const unsigned work = specials | (blanks & (blanks << 1 | blankBefore));
+        const std::size_t units = two ? 2 * Step : Step;
+        const auto plain = static_cast<std::size_t>(std::countr_zero(work | 1U << (2 * Step)));
+        if (plain < units) {
             std::copy_n(text.data() + at, plain, out + at);
             return at + plain;
         }
+        auto* target = reinterpret_cast<__m128i*>(out + at);
         _mm_storeu_si128(target, low);
-        _mm_storeu_si128(target + 1, high);
-        spaceBefore = blanks >> (Step - 1);
+        if (two)
+            _mm_storeu_si128(target + 1, high);
+        blankBefore = blanks >> (units - 1) & 1;
+        at += units;
     }
     return at;
 }
 
 } // namespace
 
-char16_t* copyCollapsed(std::u16string_view text, char16_t* out)
+char16_t* copyCollapsed(std::u16string_view text, char16_t* out, Ampersands ampersands)
 {
+    const char16_t refused = ampersands == Ampersands::Refused ? u'&' : u' ';
     bool afterWhite = false;
     for (std::size_t at = 0; at < text.size();) {
         if (const std::size_t copied = copyPlain(text.substr(at), out, afterWhite)) {
@@ -66,13 +80,15 @@ char16_t* copyCollapsed(std::u16string_view text, char16_t* out)
             while (at < text.size() && isWhite(text[at]))
                 ++at;
             afterWhite = true;
-        } else {
-            // What is above ASCII seldom comes alone.
-            for (const std::size_t stop = std::min(text.size(), at + Step); at < stop && !isWhite(text[at]);
-                 ++at)
-                *out++ = text[at];
-            afterWhite = false;
+            continue;
         }
+        // Letters above ASCII come in runs, and the last few units are not worth a vector.
+        afterWhite = false;
+        do {
+            if (text[at] == refused)
+                return nullptr;
+            *out++ = text[at++];
+        } while (at < text.size() && !isWhite(text[at]) && (text[at] > 0x7F || text.size() - at < Step));
     }
     return out;
 }

@@ -6,7 +6,10 @@ namespace caddis {
 
 /// Copies `text` to `out` with each run of white space as one space; returns the end of the copy. `out` has
 /// room for the text's length and may overlap it when it does not begin behind it.
-char16_t* copyCollapsed(std::u16string_view text, char16_t* out);
+///
+/// Ampersands::Refused: null when there is an ampersand; `out` then holds anything.
+enum class Ampersands { Copied, Refused };
+char16_t* copyCollapsed(std::u16string_view text, char16_t* out, Ampersands ampersands = Ampersands::Copied);
 
 /// The same for preformatted text. Two or more line breaks become two line feeds, one becomes a line feed
 /// when the next line begins with a blank or one of `-/>}` and else a space; runs of blanks become one space,
