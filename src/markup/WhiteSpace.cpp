@@ -15,12 +15,12 @@ bool isWhite(char16_t unit) { return whiteCharacterSetRep().contains(unit); }
 constexpr std::size_t Step = 8;
 
 // All bits of the lanes that may need work: below the space (read as signed, units from U+8000 on are, too),
-// above ASCII, or an ampersand.
-__m128i specialLanes(__m128i units)
+// above ASCII, or refused.
+__m128i specialLanes(__m128i units, char16_t refused)
 {
     const __m128i outside = _mm_or_si128(
         _mm_cmplt_epi16(units, _mm_set1_epi16(' ')), _mm_cmpgt_epi16(units, _mm_set1_epi16(0x7F)));
-    return _mm_or_si128(outside, _mm_cmpeq_epi16(units, _mm_set1_epi16('&')));
+    return _mm_or_si128(outside, _mm_cmpeq_epi16(units, _mm_set1_epi16(static_cast<short>(refused))));
 }
 
 __m128i blankLanes(__m128i units) { return _mm_cmpeq_epi16(units, _mm_set1_epi16(' ')); }
@@ -32,7 +32,7 @@ unsigned bitsOf(__m128i low, __m128i high)
 
 // Copies units up to the first that may need work, a special one or a space behind another one, and returns
 // their number; sixteen or eight at a time, and less than eight are left alone.
-std::size_t copyPlain(std::u16string_view text, char16_t* out, bool afterWhite)
+std::size_t copyPlain(std::u16string_view text, char16_t* out, bool afterWhite, char16_t refused)
 {
     std::size_t at = 0;
     unsigned blankBefore = afterWhite;
@@ -42,7 +42,7 @@ std::size_t copyPlain(std::u16string_view text, char16_t* out, bool afterWhite)
         const __m128i low = _mm_loadu_si128(source);
         const __m128i high = two ? _mm_loadu_si128(source + 1) : _mm_setzero_si128();
         const unsigned blanks = bitsOf(blankLanes(low), blankLanes(high));
-        const unsigned specials = bitsOf(specialLanes(low), specialLanes(high));
+        const unsigned specials = bitsOf(specialLanes(low, refused), specialLanes(high, refused));
         const unsigned work = specials | (blanks & (blanks << 1 | blankBefore));
         const std::size_t units = two ? 2 * Step : Step;
         const auto plain = static_cast<std::size_t>(std::countr_zero(work | 1U << (2 * Step)));
@@ -64,10 +64,10 @@ std::size_t copyPlain(std::u16string_view text, char16_t* out, bool afterWhite)
 
 char16_t* copyCollapsed(std::u16string_view text, char16_t* out, Ampersands ampersands)
 {
-    const char16_t refused = ampersands == Ampersands::Refused ? u'&' : u' ';
+    const char16_t refused = ampersands == Ampersands::Refused ? u'&' : u'\0'; // NUL is white.
     bool afterWhite = false;
     for (std::size_t at = 0; at < text.size();) {
-        if (const std::size_t copied = copyPlain(text.substr(at), out, afterWhite)) {
+        if (const std::size_t copied = copyPlain(text.substr(at), out, afterWhite, refused)) {
             at += copied;
             out += copied;
             afterWhite = out[-1] == u' ';
