@@ -1,6 +1,7 @@
 #include "platform/unicode/TextEncoding.h"
 
 #include "platform/base/MutableString.h"
+#include "platform/base/UnitSearch.h"
 #include "platform/base/Utf.h"
 #include "platform/unicode/EncodingList.h"
 #include "platform/unicode/SingleByteEncoding.h"
@@ -58,10 +59,10 @@ std::string encodeUtf16(std::u16string_view text, bool bigEndian)
 constexpr std::u16string_view AsciiControls = u"\u001A\u001C\u007F";
 constexpr std::u16string_view RotatedControls = u"\u001C\u007F\u001A";
 
-// Each unit of `from` becomes the one at its place in `to`.
+// Each unit of `from` becomes the one at its place in `to`; both hold the same three.
 String replaced(const String& text, std::u16string_view from, std::u16string_view to)
 {
-    if (text.view().find_first_of(from) == std::u16string_view::npos)
+    if (indexOfUnit<u'\x1A', u'\x1C', u'\x7F'>(text, 0) == text.length())
         return text;
     std::u16string units(text.view());
     for (char16_t& unit : units) {
