@@ -77,6 +77,22 @@ public:
     /// The way back: nil unless it is a file URL below the OPF folder of the unpacked copy.
     std::optional<String> contentForURL(const URL& url) const;
 
+    // The contents (EPUBContents.cpp). All whole-book results are nil for a book with rights management.
+
+    /// The table of contents as an array of navigation entries: the NCX list, or a tree over the spine where
+    /// that list is flat and shorter; nil for a book with neither. Made at the first call.
+    const std::optional<Array>& rootChildren();
+    /// Where the first page lies in the unpacked copy, which is made now. Nil without NCX and XHTML table of
+    /// contents.
+    const std::optional<String>& firstPage();
+    /// The cover picture's bytes; nil when the package names none or the member is missing.
+    std::optional<Data> coverData();
+    static std::optional<Data> coverDataForFile(const String& path);
+    /// The plain text of the spine's documents, each followed by a line feed.
+    std::optional<String> textContents();
+    /// The whole book as one HTML document with its pictures and style sheets in it.
+    std::optional<String> htmlContents();
+
 private:
     // How a metadata key takes its values.
     enum class MetaDataKind { Single, List };
@@ -101,6 +117,12 @@ private:
     void finishMetaString();
     String pathInOPFFolder(const String& href) const;
 
+    std::optional<Array> makeRootChildren();
+    std::vector<String> spineContents() const;
+    std::optional<URL> tableOfContentsURL() const;
+    std::unordered_map<String, String> linkTitles(const std::optional<URL>& base);
+    String titleOfDocument(const String& content);
+
     String opfFolder() const;
     std::optional<String> pathInCopy(const String& name);
     std::optional<String> unpackedOPFFolder() const;
@@ -120,6 +142,8 @@ private:
     std::optional<String> m_coverID;
     std::optional<String> m_mimetype; // Kept, not tested.
     std::optional<String> m_drm;
+    std::optional<std::optional<Array>> m_children; // Unset until asked for.
+    std::optional<String> m_firstPage;
 };
 
 } // namespace caddis

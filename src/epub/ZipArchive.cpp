@@ -3,6 +3,7 @@
 #include "platform/base/Log.h"
 #include "platform/files/FileSystem.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 
@@ -10,8 +11,25 @@ namespace caddis {
 
 namespace {
 
-// minizip's own default on Unix is to tell letters apart by their case.
-constexpr int IgnoringCase = 2;
+// Letters of ASCII alone: a name in another script is found only as it is written.
+std::string withoutCase(std::string name)
+{
+    std::ranges::transform(name, name.begin(),
+        [](char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | 0x20) : byte; });
+    return name;
+}
+
+// The name of the current member; nil when its record is damaged.
+std::optional<std::string> currentName(unzFile file)
+{
+    unz_file_info64 info;
+    if (unzGetCurrentFileInfo64(file, &info, nullptr, 0, nullptr, 0, nullptr, 0) != UNZ_OK)
+        return std::nullopt;
+    std::string name(info.size_filename, '\0');
+    if (unzGetCurrentFileInfo64(file, nullptr, name.data(), name.size(), nullptr, 0, nullptr, 0) != UNZ_OK)
+        return std::nullopt;
+    return name;
+}
 
 } // namespace
 
@@ -39,7 +57,27 @@ ZipArchive::~ZipArchive()
 
 bool ZipArchive::testForNamedFile(const String& name)
 {
-    return unzLocateFile(m_zipFile, name.utf8().c_str(), IgnoringCase) == UNZ_OK;
+    if (!m_zipFile)
+        return false;
+    if (!m_positions)
+        readPositions();
+    const auto found = m_positions->find(withoutCase(name.utf8()));
+    return found != m_positions->end() && unzGoToFilePos64(m_zipFile, &found->second) == UNZ_OK;
+}
+
+// minizip's own search reads the directory from its start for every name, which in a book of a thousand
+// documents costs more than inflating them. As there, the first of several members with one name counts, and
+// what stands behind a damaged record is not found.
+void ZipArchive::readPositions()
+{
+    m_positions.emplace();
+    for (int status = unzGoToFirstFile(m_zipFile); status == UNZ_OK; status = unzGoToNextFile(m_zipFile)) {
+        const auto name = currentName(m_zipFile);
+        unz64_file_pos position;
+        if (!name || unzGetFilePos64(m_zipFile, &position) != UNZ_OK)
+            return;
+        m_positions->try_emplace(withoutCase(*name), position);
+    }
 }
 
 std::optional<Data> ZipArchive::dataForNamedFile(const String& name)
@@ -98,6 +136,7 @@ bool ZipArchive::closeZipFile()
     if (unzClose(m_zipFile) != UNZ_OK)
         return false;
     m_zipFile = nullptr;
+    m_positions.reset();
     return true;
 }
 

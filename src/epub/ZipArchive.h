@@ -6,6 +6,8 @@
 
 #include <memory>
 #include <optional>
+#include <string>
+#include <unordered_map>
 
 namespace caddis {
 
@@ -40,11 +42,14 @@ public:
 
 private:
     explicit ZipArchive(const String& path);
+    void readPositions();
     std::optional<Data> readCurrentFile(const String& name, const unz_file_info64& info);
 
     unzFile m_zipFile = nullptr;
     String m_archiveName;
     std::uint64_t m_archiveSize = 0;
+    // Where each member stands in the directory, by its name in lower case; unset until one is asked for.
+    std::optional<std::unordered_map<std::string, unz64_file_pos>> m_positions;
     zlib_filefunc64_def m_mmap_defs; // Lives as long as the archive is open, like the position it points to.
     std::int64_t m_pos = 0;
 };

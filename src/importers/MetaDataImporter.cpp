@@ -9,7 +9,11 @@ std::optional<Dictionary> MetaDataImporter::metaDataOfFileAtPath(const String& p
 {
     if (!EPUBParser::isEPUBFile(path))
         return std::nullopt;
-    return EPUBParser(path).metaData();
+    EPUBParser book(path);
+    Dictionary metaData = book.metaData();
+    if (const auto text = book.textContents())
+        metaData.set(u"kMDItemTextContent"_s, Value(*text));
+    return metaData;
 }
 
 bool MetaDataImporter::supportsFileAtPath(const String& path)

@@ -2,6 +2,7 @@
 
 #include "epub/EPUBParser.h"
 #include "epub/NCXParser.h"
+#include "epub/NavigationTree.h"
 #include "text/NumericValues.h"
 
 namespace caddis::facts {
@@ -87,6 +88,12 @@ Answer epubFact(const Question& question)
         return metaDataFact(book.metaData(), key.substr(9));
     if (key.starts_with(u"ncx"))
         return ncxFact(book, key.substr(3));
+    if (key == u"textContents")
+        return book.textContents();
+    if (key == u"rootChildren.count")
+        return book.rootChildren() ? decimal(book.rootChildren()->size()) : Answer(std::nullopt);
+    if (key == u"rootChildren.totalCount")
+        return book.rootChildren() ? decimal(countChildren(*book.rootChildren())) : Answer(std::nullopt);
     return Answer::skip("not built yet");
 }
 

@@ -15,6 +15,7 @@ Answer epubFact(const Question&);
 Answer htmlFact(const Question&);
 Answer jsonFact(const Question&);
 Answer pdfFact(const Question&);
+Answer mimeFact(const Question&);
 Answer unicodeFact(const Question&);
 Answer zipFact(const Question&);
 
@@ -31,6 +32,7 @@ const std::map<std::u16string_view, Answerer> kinds {
     { u"html", htmlFact },
     { u"json", jsonFact },
     { u"pdf", pdfFact },
+    { u"mime", mimeFact },
     { u"unicode", unicodeFact },
     { u"zip", zipFact },
 };

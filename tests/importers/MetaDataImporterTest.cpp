@@ -1,6 +1,5 @@
 #include "importers/MetaDataImporter.h"
 
-#include "support/EPUBBuilder.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryFolder.h"
 #include "support/Text.h"
@@ -14,9 +13,13 @@ TEST(MetaDataImporter, GivesTheMetadataOfABook)
 {
     const TemporaryFolder folder;
     MetaDataImporter importer;
-    const String book = folder.write("book.EPUB", epubWithPackage("<dc:title>A Title</dc:title>"));
+    const String book = String::fromLatin1(CADDIS_TEST_DATA "/lighthouse.epub");
     EXPECT_TRUE(importer.supportsFileAtPath(book));
-    EXPECT_EQ(importer.metaDataOfFileAtPath(book), (Dictionary { { u"kMDItemTitle"_s, u"A Title"_s } }));
+    const auto metaData = importer.metaDataOfFileAtPath(book);
+    ASSERT_TRUE(metaData);
+    EXPECT_EQ(metaData->stringForKey(u"kMDItemTitle"), u"The Lighthouse & the K\u00E4se"_s);
+    EXPECT_NE(metaData->stringForKey(u"kMDItemTextContent")->utf8().find("The lamp was lit at dusk."),
+        std::string::npos);
 }
 
 TEST(MetaDataImporter, GivesNothingForOtherFiles)
@@ -28,7 +31,8 @@ TEST(MetaDataImporter, GivesNothingForOtherFiles)
     EXPECT_FALSE(importer.supportsFileAtPath(text));
     EXPECT_FALSE(importer.metaDataOfFileAtPath(text));
     EXPECT_FALSE(importer.supportsFileAtPath(folder.path("none.epub")));
-    EXPECT_EQ(importer.metaDataOfFileAtPath(folder.write("broken.epub", "PK")), Dictionary());
+    EXPECT_EQ(importer.metaDataOfFileAtPath(folder.write("broken.epub", "PK")),
+        (Dictionary { { u"kMDItemTextContent"_s, String() } }));
 }
 
 } // namespace

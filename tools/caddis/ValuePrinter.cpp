@@ -1,5 +1,7 @@
 #include "ValuePrinter.h"
 
+#include "foundation/Base64.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -16,22 +18,6 @@ template <typename... Cases> struct Overloaded : Cases... {
 };
 
 template <typename... Cases> Overloaded(Cases...) -> Overloaded<Cases...>;
-
-std::string base64(const Data& data)
-{
-    constexpr char Alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string result;
-    result.reserve((data.size() + 2) / 3 * 4);
-    for (std::size_t index = 0; index < data.size(); index += 3) {
-        const std::size_t left = std::min<std::size_t>(3, data.size() - index);
-        std::uint32_t group = 0;
-        for (std::size_t offset = 0; offset < 3; ++offset)
-            group = group << 8 | (offset < left ? data.bytes()[index + offset] : 0U);
-        for (std::size_t digit = 0; digit < 4; ++digit)
-            result += digit <= left ? Alphabet[group >> (18 - 6 * digit) & 63] : '=';
-    }
-    return result;
-}
 
 std::string quoted(std::string_view text)
 {
@@ -108,24 +94,25 @@ std::string shown(const Value& value)
 
 std::string json(const Value& value)
 {
-    return std::visit(Overloaded {
-                          [](Null) { return std::string("null"); },
-                          [](bool yes) { return std::string(yes ? "true" : "false"); },
-                          [](const String& text) { return quoted(text.utf8()); },
-                          [](const Data& data) { return "{\"base64\": \"" + base64(data) + "\"}"; },
-                          [](Date date) { return quoted(iso8601(date)); },
-                          [](const URL& url) { return quoted(url.absoluteString().utf8()); },
-                          [](const Array& array) { return '[' + joined(array, ", ", json) + ']'; },
-                          [](const Dictionary& dictionary) {
-                              return '{' + joined(dictionary, ", ", [](const Dictionary::Entry& entry) {
-                                  return quoted(entry.key.utf8()) + ": " + json(entry.value);
-                              }) + '}';
-                          },
-                          [](std::floating_point auto real) {
-                              return std::isfinite(real) ? number(real) : std::string("null");
-                          },
-                          [](std::integral auto integer) { return number(integer); },
-                      },
+    return std::visit(
+        Overloaded {
+            [](Null) { return std::string("null"); },
+            [](bool yes) { return std::string(yes ? "true" : "false"); },
+            [](const String& text) { return quoted(text.utf8()); },
+            [](const Data& data) { return "{\"base64\": \"" + base64EncodedString(data).utf8() + "\"}"; },
+            [](Date date) { return quoted(iso8601(date)); },
+            [](const URL& url) { return quoted(url.absoluteString().utf8()); },
+            [](const Array& array) { return '[' + joined(array, ", ", json) + ']'; },
+            [](const Dictionary& dictionary) {
+                return '{' + joined(dictionary, ", ", [](const Dictionary::Entry& entry) {
+                    return quoted(entry.key.utf8()) + ": " + json(entry.value);
+                }) + '}';
+            },
+            [](std::floating_point auto real) {
+                return std::isfinite(real) ? number(real) : std::string("null");
+            },
+            [](std::integral auto integer) { return number(integer); },
+        },
         value.variant());
 }
 

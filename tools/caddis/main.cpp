@@ -1,9 +1,10 @@
 // caddis: the application's side of the helper, for people. It launches the helper and sends it requests;
-// what it prints, the helper has found out.
+// what it prints, the helper has found out, but for the commands in LibraryCommands.h.
 
 #include "Command.h"
 #include "FileCommands.h"
 #include "HelperCommands.h"
+#include "LibraryCommands.h"
 #include "Quiet.h"
 #include "client/OstraImExport.h"
 
@@ -26,6 +27,16 @@ constexpr Command table[] = {
         "    kMDItemTitle    Moby-Dick\n"
         "    kMDItemAuthors  Herman Melville\n",
         1, info },
+    { "text", "FILE…", "the plain text of a book or a page",
+        "  $ caddis text page.html\n"
+        "  Chapter 1. Loomings.\n",
+        1, text },
+    { "toc", "BOOK", "a book's table of contents",
+        "  $ caddis toc moby-dick.epub\n"
+        "  Chapter 1. Loomings  chapter_001.xhtml\n",
+        1, toc },
+    { "html", "BOOK", "a whole book as one HTML page with its pictures",
+        "  $ caddis html moby-dick.epub -o moby-dick.html\n", 1, html },
     { "supports", "FILE…", "whether something can be found out about files of their kind",
         "  $ caddis supports moby-dick.epub notes.xyz\n"
         "  yes  moby-dick.epub\n"

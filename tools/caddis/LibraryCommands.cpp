@@ -1,0 +1,103 @@
+#include "LibraryCommands.h"
+
+#include "Output.h"
+#include "ValuePrinter.h"
+#include "client/HelperProxy.h"
+#include "epub/EPUBParser.h"
+#include "markup/Html2Text.h"
+#include "markup/MarkupData.h"
+#include "platform/files/FileSystem.h"
+
+#include <cstdio>
+#include <iostream>
+#include <iterator>
+
+namespace caddis::tool {
+
+namespace {
+
+std::optional<Data> contentsOf(const std::string& file)
+{
+    if (file == "-")
+        return Data::adopt(std::string(std::istreambuf_iterator<char>(std::cin), {}));
+    return FileSystem::contentsOfFile(absolutePath(file));
+}
+
+std::optional<String> textOfPage(const std::string& file)
+{
+    const auto data = contentsOf(file);
+    if (!data)
+        return std::nullopt;
+    const String markup = stringWithMarkupData(*data, NSStringEncoding::UTF8);
+    return stringByConvertingHtml2PlainTextNonUmlauted(markup, false, { .reformat = true, .onlyBody = true })
+        .text;
+}
+
+std::optional<String> textOf(const Invocation& invocation, const std::string& file)
+{
+    if (!EPUBParser::isEPUBFile(String::fromUtf8(file)))
+        return textOfPage(file);
+    const auto metadata = HelperProxy(invocation.helper()).metaDataForFile(absolutePath(file));
+    return metadata ? metadata->stringForKey(u"kMDItemTextContent") : std::nullopt;
+}
+
+std::string lines(const Array& entries, const std::string& indentation)
+{
+    std::string result;
+    for (const Value& value : entries) {
+        const auto& entry = *value.as<Dictionary>();
+        const auto part
+            = [&](std::u16string_view key) { return entry.stringForKey(key).value_or(String()).utf8(); };
+        result += indentation + part(u"label") + "  " + part(u"content") + '\n';
+        if (const Value* children = entry.find(u"children"))
+            result += lines(*children->as<Array>(), indentation + "  ");
+    }
+    return result;
+}
+
+ExitCode nothing(const std::string& file)
+{
+    std::fprintf(stderr, "%s: nothing could be read\n", file.c_str());
+    return NothingFound;
+}
+
+} // namespace
+
+ExitCode text(const Invocation& invocation)
+{
+    ExitCode code = Success;
+    for (const std::string& file : invocation.arguments) {
+        const auto found = textOf(invocation, file);
+        if (!found)
+            code = nothing(file);
+        if (invocation.json) {
+            const Value value = found ? Value(*found) : Value();
+            print(json(Dictionary { { u"file"_s, String::fromUtf8(file) }, { u"text"_s, value } }) + '\n');
+        } else if (found)
+            print(found->utf8() + '\n');
+    }
+    return code;
+}
+
+ExitCode toc(const Invocation& invocation)
+{
+    EPUBParser book(absolutePath(invocation.arguments.front()));
+    const auto& entries = book.rootChildren();
+    if (!entries)
+        return nothing(invocation.arguments.front());
+    print(invocation.json ? json(*entries) + '\n' : lines(*entries, ""));
+    return Success;
+}
+
+ExitCode html(const Invocation& invocation)
+{
+    EPUBParser book(absolutePath(invocation.arguments.front()));
+    const auto page = book.spines().empty() ? std::nullopt : book.htmlContents();
+    if (!page)
+        return nothing(invocation.arguments.front());
+    if (!invocation.output)
+        print(page->utf8());
+    return !invocation.output || writeData(Data::adopt(page->utf8()), invocation.output) ? Success : Usage;
+}
+
+} // namespace caddis::tool
