@@ -91,6 +91,7 @@ private:
     RawText m_rawText { m_text };
     std::uint16_t
         m_places[UnitMasks::Batch * BlockUnits + PlacesAStep]; // Of '<', from the batch's beginning.
+    std::size_t m_listed = 0; // Blocks whose tags are listed.
     std::size_t m_next = 0; // Behind the last tag: where the present text run begins.
 };
 
@@ -109,7 +110,7 @@ void Scanner::run()
             if (deliver(tag, end + 1) == Scan::Stop)
                 return;
         }
-        block = std::max(block + UnitMasks::Batch, m_next / BlockUnits);
+        block = std::max(block + m_listed, m_next / BlockUnits);
     }
     m_event.kind = TagKind::Element;
     finish(m_length);
@@ -122,10 +123,12 @@ std::size_t Scanner::placesOfTags(std::size_t block)
     constexpr std::uint64_t AnyBit = std::uint64_t(1)
         << (BlockUnits - 1); // Asked for no bit, a processor differs.
     const UnitMasks& masks = m_text.masks(block);
-    const std::size_t count = std::min(UnitMasks::Batch, m_text.blocks() - block);
+    // A long tag may have moved the masks on to a batch in the midst of which `block` stands.
+    const std::size_t start = m_text.indexOf(block);
+    m_listed = std::min(UnitMasks::Batch - start, m_text.blocks() - block);
     std::uint16_t* place = m_places;
-    for (std::size_t index = 0; index < count; ++index) {
-        std::uint64_t less = masks.less[index];
+    for (std::size_t index = 0; index < m_listed; ++index) {
+        std::uint64_t less = masks.less[start + index];
         do {
             for (unsigned step = 0; step < PlacesAStep; ++step) {
                 const int bit = std::countr_zero(less | AnyBit);
