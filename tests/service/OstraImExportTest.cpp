@@ -8,26 +8,40 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <regex>
 
 namespace caddis {
 namespace {
 
 using Signatures = std::map<std::string, std::string>; // member to "arguments→result"
 
+// What stands between `before` and the next quotation mark, from `at` on, which moves behind it; empty
+// without any.
+std::string next(const std::string& xml, std::size_t& at, const std::string& before)
+{
+    const std::size_t found = xml.find(before, at);
+    if (found == xml.npos)
+        return {};
+    const std::size_t begin = found + before.size();
+    at = xml.find('"', begin);
+    return xml.substr(begin, at - begin);
+}
+
 Signatures interfaceFile()
 {
     Signatures result;
     const std::string xml = OstraImExportXML;
-    const std::regex method(R"re(<method name="(\w+)"(/>|>[^]*?</method>))re");
-    const std::regex argument(R"re(type="([^"]+)" direction="(in|out)")re");
-    for (std::sregex_iterator each(xml.begin(), xml.end(), method), end; each != end; ++each) {
+    std::size_t at = 0;
+    for (std::string member = next(xml, at, "<method name=\""); !member.empty();) {
+        std::size_t argument = at;
+        const std::string following = next(xml, at, "<method name=\"");
+        const std::size_t end = following.empty() ? xml.size() : at;
         std::string in;
         std::string out;
-        const std::string body = (*each)[2];
-        for (std::sregex_iterator one(body.begin(), body.end(), argument); one != end; ++one)
-            ((*one)[2] == "in" ? in : out) += (*one)[1];
-        result[(*each)[1]] = in.append("→").append(out);
+        for (std::string type = next(xml, argument, " type=\""); !type.empty() && argument < end;
+             type = next(xml, argument, " type=\""))
+            (next(xml, argument, "direction=\"") == "in" ? in : out) += type;
+        result[member] = in.append("→").append(out);
+        member = following;
     }
     return result;
 }

@@ -77,19 +77,7 @@ public:
         return archive;
     }
 
-private:
-    template <typename Number> static std::string little(Number value)
-    {
-        return { reinterpret_cast<const char*>(&value), sizeof value };
-    }
-    static std::string u16(int value) { return little(static_cast<std::uint16_t>(value)); }
-    static std::string u32(std::uint32_t value) { return little(value); }
-    static std::string u64(std::uint64_t value) { return little(value); }
-    template <typename... Parts> static void append(std::string& out, const Parts&... parts)
-    {
-        (out.append(std::string_view(parts)), ...);
-    }
-
+    /// Raw deflate, as members hold it.
     static std::string deflated(std::string bytes)
     {
         z_stream stream {};
@@ -103,6 +91,19 @@ private:
         out.resize(stream.total_out);
         deflateEnd(&stream);
         return out;
+    }
+
+private:
+    template <typename Number> static std::string little(Number value)
+    {
+        return { reinterpret_cast<const char*>(&value), sizeof value };
+    }
+    static std::string u16(int value) { return little(static_cast<std::uint16_t>(value)); }
+    static std::string u32(std::uint32_t value) { return little(value); }
+    static std::string u64(std::uint64_t value) { return little(value); }
+    template <typename... Parts> static void append(std::string& out, const Parts&... parts)
+    {
+        (out.append(std::string_view(parts)), ...);
     }
 
     std::string m_members;
