@@ -1,6 +1,7 @@
 #include "service/CaddisHelper.h"
 
 #include "service/FileArgument.h"
+#include "service/TextRequests.h"
 
 #include <cstdlib>
 
@@ -10,6 +11,14 @@ void CaddisHelper::terminate()
 {
     // Not quick_exit: what a sanitizer or a profile has to say at the end is still said.
     std::exit(EXIT_SUCCESS);
+}
+
+std::optional<Dictionary> CaddisHelper::attributedStringWithPDF(
+    bool attributed, const std::optional<Value>& pdf)
+{
+    const Data* const data = pdf ? pdf->as<Data>() : nullptr;
+    return _attributedStringWithPDF(
+        attributed, data ? std::optional(*data) : std::nullopt, std::nullopt, PageSize::LeftOut);
 }
 
 std::optional<Dictionary> CaddisHelper::metaDataForFile(const File& file)

@@ -23,6 +23,8 @@ public:
     /// Does nothing; that it returns is the answer.
     void ping() { }
 
+    /// The text of PDF data: see _attributedStringWithPDF. Nil for what is no PDF data.
+    std::optional<Dictionary> attributedStringWithPDF(bool attributed, const std::optional<Value>& pdf);
     /// Attribute names and their values, without null objects; nil when nothing is known of the file.
     std::optional<Dictionary> metaDataForFile(const File& file);
     /// Whether metadata can be had for files of this kind.

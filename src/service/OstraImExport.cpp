@@ -35,6 +35,10 @@ RemoteObject ostraImExport(CaddisHelper& helper)
         helper.ping();
         return std::nullopt;
     };
+    const auto attributedStringWithPDF = [&](const Arguments& arguments) -> Result {
+        const bool* const attributed = arguments[0] ? arguments[0]->as<bool>() : nullptr;
+        return helper.attributedStringWithPDF(attributed && *attributed, arguments[1]);
+    };
     const auto metaData
         = [&](const Arguments& arguments) -> Result { return helper.metaDataForFile(arguments[0]); };
     const auto supports
@@ -50,7 +54,7 @@ RemoteObject ostraImExport(CaddisHelper& helper)
             { "PDFImageRepOfFile", "v", "av", fails },
             { "ImageWithContentsOfFile", "vxbbb", "aa{sv}", fails },
             { "PreviewForFile", "vxb", "av", fails },
-            { "AttributedStringWithPDF", "bv", "aa{sv}", fails },
+            { "AttributedStringWithPDF", "bv", "aa{sv}", attributedStringWithPDF },
             { "PosterImageForMovieWithFile", "v", "a{sv}", failsWithEmptyReply },
             { "AttributedStringWithContentsOfFile", "v", "aa{sv}", fails },
             { "SearchableTextOfWebArchive", "v", "a{sv}", failsWithEmptyReply },
