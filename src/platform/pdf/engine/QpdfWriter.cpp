@@ -101,6 +101,7 @@ try {
 std::optional<Data> documentOf(const QPDFObjectHandle& page)
 try {
     QPDF document;
+    document.setSuppressWarnings(true);
     document.emptyPDF();
     document.addPage(page, false);
     return written(document);
@@ -114,6 +115,7 @@ QpdfWriter::QpdfWriter(Rect mediaBox, const Dictionary& attributes)
     : m_mediaBox(mediaBox)
 {
     attempt([&] {
+        m_output.setSuppressWarnings(true);
         m_output.emptyPDF();
         auto info = QPDFObjectHandle::newDictionary();
         for (const auto& [key, value] : attributes)

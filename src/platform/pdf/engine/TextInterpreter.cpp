@@ -302,9 +302,10 @@ void TextInterpreter::beginMark()
         const Object properties = entry.fetch(m_sources.xref);
         const Object text
             = properties.isDict() ? properties.getDict()->lookup("ActualText") : Object(objNull);
-        mark.replaces = text.isString() && m_sink.beginReplacement(textString(text.getString()->toStr()));
+        mark.replaces
+            = text.isString() && m_sink.beginReplacement(singleLine(textString(text.getString()->toStr())));
     } else if (const auto text = replacementInOperands()) {
-        mark.replaces = m_sink.beginReplacement(textString(*text));
+        mark.replaces = m_sink.beginReplacement(singleLine(textString(*text)));
     }
     if (mark.hides)
         m_sink.hide();

@@ -1,6 +1,7 @@
 #include "platform/pdf/engine/TextString.h"
 
 #include "platform/base/MutableString.h"
+#include "platform/base/Utf.h"
 
 #include <PDFDocEncoding.h>
 
@@ -84,6 +85,24 @@ String textString(std::string_view bytes)
         text.append(static_cast<char16_t>(unit ? unit : static_cast<unsigned char>(byte)));
     }
     return std::move(text).take();
+}
+
+String singleLine(const String& text)
+{
+    MutableString line(text.length());
+    for (std::size_t index = 0; index < text.length(); ++index) {
+        const char16_t unit = text[index];
+        const bool isPair
+            = isHighSurrogate(unit) && index + 1 < text.length() && isLowSurrogate(text[index + 1]);
+        if (isPair)
+            line.append(unit).append(text[++index]);
+        else if ((unit >= u'\t' && unit <= u'\r') || unit == 0x85 || unit == 0x2028 || unit == 0x2029)
+            line.append(u' ');
+        else if (unit >= 0x20 && (unit < 0x7F || unit >= 0xA0) && !isHighSurrogate(unit)
+            && !isLowSurrogate(unit))
+            line.append(unit);
+    }
+    return std::move(line).take();
 }
 
 std::optional<Date> dateString(std::string_view bytes)
