@@ -45,7 +45,7 @@ TEST(PageText, PlacesMakeWordsAndLines)
     EXPECT_EQ(textOf("BT /F1 12 Tf 72 700 Td (Hello) Tj 0 -14 Td (World) Tj ET"), "Hello\nWorld");
     EXPECT_EQ(textOf("BT /F1 12 Tf 72 700 Td [(Hel) 20 (lo) -300 (there)] TJ ET"), "Hello there");
     EXPECT_EQ(textOf("BT /F1 12 Tf 72 700 Td (a  b ) Tj 100 0 Td (c) Tj -100 3 Td (2) Tj ET"), "a b c\n2");
-    EXPECT_EQ(textOf("BT /F1 12 Tf 14 TL 72 700 Td (x) Tj 6 Ts 8 0 Td (2) Tj 0 Ts T* (y) ' 1 2 (z) \" ET"),
+    EXPECT_EQ(textOf("BT /F1 12 Tf 14 TL 72 700 Td (x) Tj 6 Ts 7 0 Td (2) Tj 0 Ts T* (y) ' 1 2 (z) \" ET"),
         "x2\ny\nz");
     EXPECT_EQ(textOf("BT /F1 12 Tf 0 1 -1 0 300 72 Tm (up) Tj 1 0 0 1 300 72 Tm (along) Tj ET"), "up\nalong");
     EXPECT_EQ(textOf("BT /F1 -12 Tf -1 0 0 -1 72 700 Tm (turned twice) Tj ET"), "turned twice");
@@ -167,6 +167,13 @@ TEST(PageText, TextDrawnTwiceAtOnePlaceIsTakenOnce)
         textOf("BT /F1 12 Tf 72 700 Td (H) Tj 1 0 0 1 72.3 700 Tm (H) Tj 1 0 0 1 80.6 700 Tm (i) Tj ET"),
         "Hi");
     EXPECT_EQ(textOf("BT /F1 12 Tf 72 700 Td (ll) Tj ET"), "ll");
+}
+
+TEST(PageText, AccentsJoinTheLettersTheyAreDrawnOver)
+{
+    EXPECT_EQ(textOf("BT /F1 12 Tf 72 700 Td [(Pad) (\\264) 440 (e)] TJ ET"), "Pade\u0301");
+    EXPECT_EQ(textOf("BT /F1 12 Tf 72 700 Td [(u) 440 (\\250) -110 (ber)] TJ ET"), "u\u0308ber");
+    EXPECT_EQ(textOf("BT /F1 12 Tf 72 700 Td (a\\264 ^e) Tj ET"), "a´ ^e");
 }
 
 TEST(PageText, WorkOnAPageIsBounded)

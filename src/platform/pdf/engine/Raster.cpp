@@ -71,7 +71,7 @@ std::optional<PDFRaster> PopplerDocument::draw(std::size_t page, const PDFRaster
 
     const auto component
         = [&](int shift) { return static_cast<unsigned char>(request.background >> shift & 0xFF); };
-    SplashColor paper = { component(16), component(8), component(0), 255 };
+    SplashColor paper = { component(0), component(8), component(16), 255 };
     SplashOutputDev device(splashModeXBGR8, 4, false, paper);
     device.startDoc(m_document.get());
     PDFDeadline deadline = request.deadline;

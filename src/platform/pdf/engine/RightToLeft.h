@@ -19,7 +19,7 @@ struct PlacedGlyph {
     /// Whether a glyph that ends there is far enough before this one for a blank.
     bool isApartFrom(double end_) const { return begin - end_ > BlankGap * static_cast<double>(em); }
 
-    static constexpr double BlankGap = 0.17; ///< in em
+    static constexpr double BlankGap = 0.14; ///< in em
 };
 
 /// Whether text in this script is written from right to left: its letters, marks and digits.

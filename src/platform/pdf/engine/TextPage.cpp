@@ -15,6 +15,27 @@ constexpr double SamePlace = 0.12;
 constexpr double SameDirection = 0.98; // Cosine: 11 degrees.
 constexpr std::size_t MostGlyphsOnALine = 16 * 1024;
 
+// The mark that a spacing accent stands for; 0 for anything else.
+char16_t combiningMark(char16_t accent)
+{
+    static constexpr std::u16string_view accents
+        = u"`\u00B4^\u02C6~\u02DC\u00A8\u00AF\u02C9\u02D8\u02D9\u02DA\u02DD\u02C7\u00B8\u02DB";
+    static constexpr std::u16string_view marks
+        = u"\u0300\u0301\u0302\u0302\u0303\u0303\u0308\u0304\u0304\u0306\u0307\u030A\u030B\u030C\u0327\u0328";
+    static_assert(accents.size() == marks.size());
+    const auto found = accents.find(accent);
+    return found == accents.npos ? u'\0' : marks[found];
+}
+
+bool isLetter(std::u16string_view text)
+{
+    if (text.size() != 1)
+        return false;
+    const char16_t unit = text[0];
+    return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z')
+        || (unit >= 0x00C0 && unit <= 0x024F && unit != 0x00D7 && unit != 0x00F7);
+}
+
 } // namespace
 
 void TextPage::setBaseline(const Baseline& baseline)
@@ -37,7 +58,7 @@ void TextPage::add(std::u16string_view text, double begin, double end)
     }
     if (!m_glyphs.empty()) {
         const double gap = begin - m_glyphs.back().end;
-        if (gap < -OverlapStep * em && isDrawnAgain(text, begin))
+        if (gap < -OverlapStep * em && (isDrawnAgain(text, begin) || joinsAccent(text, begin, end)))
             return;
         if ((gap < -BackStep * em && !continuesToTheLeft(text, end)) || m_glyphs.size() >= MostGlyphsOnALine)
             endLine();
@@ -74,6 +95,36 @@ bool TextPage::isDrawnAgain(std::u16string_view text, double begin)
         [](const PlacedGlyph& glyph, double place) { return glyph.begin < place; });
     m_again = static_cast<std::size_t>(found - m_glyphs.begin());
     return repeats(m_again) && (++m_again, true);
+}
+
+// Type without accented letters draws them as two: the accent over its letter, before or after it.
+bool TextPage::joinsAccent(std::u16string_view text, double begin, double end)
+{
+    PlacedGlyph& last = m_glyphs.back();
+    const auto before = last.text(m_units);
+    const double middleBefore = (last.begin + last.end) / 2;
+    const double middle = (begin + end) / 2;
+    char16_t letter = 0;
+    char16_t mark = 0;
+    if (before.size() == 1 && isLetter(text) && middleBefore > begin && middleBefore < end) {
+        mark = combiningMark(before[0]);
+        letter = text[0];
+    } else if (text.size() == 1 && isLetter(before) && middle > last.begin && middle < last.end) {
+        mark = combiningMark(text[0]);
+        letter = before[0];
+        begin = last.begin;
+        end = last.end;
+    }
+    if (mark == 0)
+        return false;
+    const bool isDotless = letter == u'\u0131' || letter == u'\u0237';
+    m_units.resize(last.first);
+    m_units += isDotless ? (letter == u'\u0131' ? u'i' : u'j') : letter;
+    m_units += mark;
+    last.count = 2;
+    last.begin = begin;
+    last.end = end;
+    return true;
 }
 
 void TextPage::endLine()

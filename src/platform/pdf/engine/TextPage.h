@@ -38,6 +38,7 @@ public:
 private:
     bool continuesToTheLeft(std::u16string_view text, double end) const;
     bool isDrawnAgain(std::u16string_view text, double begin);
+    bool joinsAccent(std::u16string_view text, double begin, double end);
     void endLine();
     void emitInOrder();
     void emit(std::u16string_view text, bool afterBlank);
