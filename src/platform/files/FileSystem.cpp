@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
@@ -197,6 +198,18 @@ bool copyItem(const String& from, const String& to)
         return true;
     fs::remove_all(*destination, error);
     return false;
+}
+
+bool moveItem(const String& from, const String& to)
+{
+    const auto source = nativePath(from);
+    const auto destination = nativePath(to);
+    if (!source || !destination)
+        return false;
+    if (renameat2(AT_FDCWD, source->c_str(), AT_FDCWD, destination->c_str(), RENAME_NOREPLACE) == 0)
+        return true;
+    // EINVAL: some file systems can't promise to replace nothing.
+    return (errno == EXDEV || errno == EINVAL) && copyItem(from, to) && removeItem(from);
 }
 
 bool removeItem(const String& path)

@@ -41,6 +41,9 @@ std::optional<Data> contentsOfFile(const String& path);
 /// owner's to change whatever the originals allow, so that the copy can be removed again.
 bool copyItem(const String& from, const String& to);
 
+/// Moves a file or a whole folder to a path where nothing is yet; between file systems by copying it.
+bool moveItem(const String& from, const String& to);
+
 /// Removes a file or a whole folder without following links; false when nothing was there or something
 /// stayed.
 bool removeItem(const String& path);

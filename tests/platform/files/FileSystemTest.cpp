@@ -62,6 +62,20 @@ TEST(FileSystem, CopiesAFolderThatCanBeRemovedAgain)
     fs::permissions(folder.path() / "from/sub", fs::perms::owner_all);
 }
 
+TEST(FileSystem, MovesOnlyToWhereNothingIs)
+{
+    const TemporaryFolder folder;
+    folder.write("from/sub/file", "text");
+    folder.write("taken", "stays");
+    EXPECT_FALSE(FileSystem::moveItem(folder.path("from"), folder.path("taken")));
+    EXPECT_FALSE(FileSystem::moveItem(folder.path("from"), folder.path("from/sub/inside")));
+    EXPECT_FALSE(FileSystem::moveItem(folder.path("none"), folder.path("none2")));
+    EXPECT_TRUE(FileSystem::moveItem(folder.path("from"), folder.path("to")));
+    EXPECT_FALSE(FileSystem::exists(folder.path("from")));
+    EXPECT_EQ(FileSystem::contentsOfFile(folder.path("to/sub/file"))->chars(), "text");
+    EXPECT_EQ(FileSystem::contentsOfFile(folder.path("taken"))->chars(), "stays");
+}
+
 TEST(FileSystem, MakesFoldersForTheOwnerAlone)
 {
     const TemporaryFolder folder;
