@@ -31,7 +31,7 @@ QPDFObjectHandle attributeObject(const Value& value)
     if (const auto* list = value.as<Array>()) {
         for (const Value& item : *list) {
             if (const auto* text = item.as<String>())
-                joined += (joined.empty() ? "" : ", ") + text->utf8();
+                joined.append(joined.empty() ? "" : ", ").append(text->utf8());
         }
     }
     return QPDFObjectHandle::newUnicodeString(joined);
@@ -119,7 +119,7 @@ QpdfWriter::QpdfWriter(Rect mediaBox, const Dictionary& attributes)
         m_output.emptyPDF();
         auto info = QPDFObjectHandle::newDictionary();
         for (const auto& [key, value] : attributes)
-            info.replaceKey("/" + key.utf8(), attributeObject(value));
+            info.replaceKey(std::string("/").append(key.utf8()), attributeObject(value));
         if (!attributes.isEmpty())
             m_output.getTrailer().replaceKey("/Info", m_output.makeIndirectObject(info));
     });
