@@ -1,9 +1,8 @@
 #include "facts/Facts.h"
 
+#include "platform/dates/DateFormatter.h"
 #include "platform/dates/TimeZone.h"
 #include "text/DateReader.h"
-
-#include <cstdio>
 
 namespace caddis::facts {
 
@@ -19,11 +18,7 @@ Answer dateFact(const Question& question)
     const auto result = date(question.key.substringFrom(Prefix.size()));
     if (!result)
         return std::nullopt;
-    const CivilTime civil = TimeZone().civilTime(*result);
-    char text[80];
-    std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02dZ", civil.year, civil.month, civil.day,
-        civil.hour, civil.minute, civil.second);
-    return String::fromLatin1(text);
+    return DateFormatter(u"yyyy-MM-dd'T'HH:mm:ss'Z'").stringFromDate(*result);
 }
 
 } // namespace caddis::facts

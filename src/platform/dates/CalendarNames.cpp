@@ -11,10 +11,10 @@ namespace caddis {
 
 namespace {
 
-constexpr std::array<std::u16string_view, 12> Months { u"january", u"february", u"march", u"april", u"may",
-    u"june", u"july", u"august", u"september", u"october", u"november", u"december" };
-constexpr std::array<std::u16string_view, 7> Weekdays { u"sunday", u"monday", u"tuesday", u"wednesday",
-    u"thursday", u"friday", u"saturday" };
+constexpr std::array<std::u16string_view, 12> Months { u"January", u"February", u"March", u"April", u"May",
+    u"June", u"July", u"August", u"September", u"October", u"November", u"December" };
+constexpr std::array<std::u16string_view, 7> Weekdays { u"Sunday", u"Monday", u"Tuesday", u"Wednesday",
+    u"Thursday", u"Friday", u"Saturday" };
 
 struct MonthName {
     std::u16string_view name;
@@ -83,7 +83,7 @@ std::optional<int> indexOfAbbreviation(std::span<const std::uint64_t> keys, std:
 std::optional<int> indexOfName(std::span<const std::u16string_view> names, std::u16string_view name)
 {
     for (std::size_t index = 0; index < names.size(); ++index) {
-        if (std::ranges::equal(names[index], name, {}, {}, lowered))
+        if (std::ranges::equal(names[index], name, {}, lowered, lowered))
             return static_cast<int>(index);
     }
     return std::nullopt;
@@ -109,6 +109,8 @@ std::optional<int> weekdayOfAbbreviation(std::u16string_view name)
 std::optional<int> weekdayOfName(std::u16string_view name) { return indexOfName(Weekdays, name); }
 
 std::optional<int> monthOfName(std::u16string_view name) { return monthOfIndex(indexOfName(Months, name)); }
+
+std::u16string_view nameOfMonth(int month) { return Months.at(static_cast<std::size_t>(month) - 1); }
 
 std::optional<int> monthOfAnyName(std::u16string_view name)
 {

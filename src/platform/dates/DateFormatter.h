@@ -8,7 +8,7 @@
 
 namespace caddis {
 
-/// Reads dates by a Unicode date pattern (UTS 35), strictly: the whole text must fit.
+/// Reads and writes dates by a Unicode date pattern (UTS 35). Reading is strict: the whole text must fit.
 ///
 ///     yyyy            a year of four digits
 ///     M d H m s       a number of one or two digits, however often the letter stands
@@ -23,6 +23,13 @@ public:
         : m_dateFormat(dateFormat)
     {
     }
+
+    /// What people read of a date and its time: "6 March 2023, 18:06".
+    static const DateFormatter& dateTimeFormatter();
+
+    /// The date in the default zone. Numbers have as many digits as their letter stands times, or more; MMMM
+    /// is the month's English name, and Z writes nothing.
+    String stringFromDate(Date date) const;
 
     /// Nil: the text does not fit, there is no such day or time, or the pattern has another letter or no
     /// year.

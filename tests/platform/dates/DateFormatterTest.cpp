@@ -50,5 +50,15 @@ TEST(DateFormatter, QuotesWithinPatterns)
     EXPECT_EQ(read(u"2010 open", u"yyyy 'open"), "nil");
 }
 
+TEST(DateFormatter, WritesInTheDefaultZone)
+{
+    const DefaultZone zone(TimeZone(7200));
+    const Date date = Date::fromUnixSeconds(1678118817); // 2023-03-06 16:06:57 UTC
+    EXPECT_EQ(DateFormatter::dateTimeFormatter().stringFromDate(date), u"6 March 2023, 18:06");
+    EXPECT_EQ(DateFormatter(u"yyyy-MM-dd'T'HH:m:ssZ").stringFromDate(date), u"2023-03-06T18:6:57");
+    EXPECT_EQ(DateFormatter(u"''d 'o''clock' H 'open").stringFromDate(date), u"'6 o'clock 18 open");
+    EXPECT_EQ(DateFormatter(u"").stringFromDate(date), u"");
+}
+
 } // namespace
 } // namespace caddis
