@@ -12,6 +12,7 @@ Answer dateFact(const Question&);
 Answer encodingFact(const Question&);
 Answer entityFact(const Question&);
 Answer epubFact(const Question&);
+Answer feedFact(const Question&);
 Answer htmlFact(const Question&);
 Answer jsonFact(const Question&);
 Answer pdfFact(const Question&);
@@ -30,6 +31,7 @@ const std::map<std::u16string_view, Answerer> kinds {
     { u"entities", entityFact },
     { u"html-encodings", encodingFact },
     { u"epub", epubFact },
+    { u"feeds", feedFact },
     { u"html", htmlFact },
     { u"json", jsonFact },
     { u"pdf", pdfFact },
