@@ -22,7 +22,9 @@ enum ExitCode : int {
 /// One call of the tool.
 struct Invocation {
     bool json = false;
+    bool items = false; ///< --items
     std::optional<std::string> output; ///< -o
+    std::optional<std::string> url; ///< --url
     std::vector<std::string> arguments;
     std::function<Proxy()> helper; ///< launches one when none runs; throws HelperUnavailable
     std::function<std::optional<Proxy>()> runningHelper; ///< never launches

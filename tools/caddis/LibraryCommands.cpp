@@ -1,27 +1,18 @@
 #include "LibraryCommands.h"
 
+#include "Input.h"
 #include "Output.h"
 #include "ValuePrinter.h"
 #include "client/HelperProxy.h"
 #include "epub/EPUBParser.h"
 #include "markup/Html2Text.h"
 #include "markup/MarkupData.h"
-#include "platform/files/FileSystem.h"
 
 #include <cstdio>
-#include <iostream>
-#include <iterator>
 
 namespace caddis::tool {
 
 namespace {
-
-std::optional<Data> contentsOf(const std::string& file)
-{
-    if (file == "-")
-        return Data::adopt(std::string(std::istreambuf_iterator<char>(std::cin), {}));
-    return FileSystem::contentsOfFile(absolutePath(file));
-}
 
 std::optional<String> textOfPage(const std::string& file)
 {

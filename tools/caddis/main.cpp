@@ -2,6 +2,7 @@
 // what it prints, the helper has found out, but for the commands in LibraryCommands.h.
 
 #include "Command.h"
+#include "FeedCommands.h"
 #include "FileCommands.h"
 #include "HelperCommands.h"
 #include "LibraryCommands.h"
@@ -37,6 +38,14 @@ constexpr Command table[] = {
         1, toc },
     { "html", "BOOK", "a whole book as one HTML page with its pictures",
         "  $ caddis html moby-dick.epub -o moby-dick.html\n", 1, html },
+    { "feed", "FILE", "an RSS or Atom feed as a page, or as its items",
+        "  $ caddis feed news.xml -o news.html\n"
+        "  $ curl -s https://example.org/feed | caddis feed - --items --url https://example.org/feed\n",
+        1, feed },
+    { "date", "TEXT…", "the instant that a date in a feed or a header means",
+        "  $ caddis date 'Mon, 06 Mar 2023 18:06:57 +0200'\n"
+        "  2023-03-06 16:06:57 +0000  Mon, 06 Mar 2023 18:06:57 +0200\n",
+        1, date },
     { "supports", "FILE…", "whether something can be found out about files of their kind",
         "  $ caddis supports moby-dick.epub notes.xyz\n"
         "  yes  moby-dick.epub\n"
@@ -54,6 +63,8 @@ constexpr Command table[] = {
 
 constexpr char Options[] = "  --json       print JSON, one line per result\n"
                            "  -o FILE      write data to FILE\n"
+                           "  --items      of a feed: print its items, one line of JSON each\n"
+                           "  --url URL    of a feed: where it comes from, to resolve its links\n"
                            "  --keep       leave a helper that had to be launched running\n"
                            "  --help       this; after a command, that command\n";
 
@@ -116,16 +127,20 @@ CommandLine parse(std::span<char*> words)
             line.invocation.json = true;
         else if (word == "--keep")
             line.keep = true;
+        else if (word == "--items")
+            line.invocation.items = true;
         else if (word == "--help" || word == "-h")
             line.help = true;
         else if (word == "-o" && index + 1 < words.size())
             line.invocation.output = words[++index];
+        else if (word == "--url" && index + 1 < words.size())
+            line.invocation.url = words[++index];
         else
             line.mistake = "there is no option " + word;
     }
     if (!line.help && !line.mistake && line.command
         && line.invocation.arguments.size() < line.command->leastArguments)
-        line.mistake = "a file is missing";
+        line.mistake = "an argument is missing";
     return line;
 }
 
