@@ -4,8 +4,6 @@
 #include "markup/StringURL.h"
 #include "text/StringUtilities.h"
 
-#include <algorithm>
-
 namespace caddis {
 
 namespace {
@@ -37,8 +35,9 @@ Text unwrapped(Text link, const FeedSettings& settings)
     if (!hasPrefixNoCase(link, Unquoted))
         return link;
     const Text value = link.substr(Unquoted.size());
-    const std::size_t end
-        = std::min(value.find(u' '), value.size()) < value.size() ? value.find(u' ') : value.find(u'>');
+    std::size_t end = value.find(u' ');
+    if (end == Text::npos)
+        end = value.find(u'>');
     return end == Text::npos ? link : value.substr(0, end);
 }
 
