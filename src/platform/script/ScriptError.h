@@ -25,6 +25,7 @@ enum class ScriptErrorNumber : int {
     ParameterMismatch = -1721,
     AccessNotAllowed = -1723,
     CannotGet = -1728,
+    UnknownObject = -30720,
     ComponentError = -1750,
     BadSelector = -1758,
     Unspecified = -2700,

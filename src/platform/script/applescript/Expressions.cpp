@@ -1,0 +1,195 @@
+#include "platform/script/applescript/Expressions.h"
+
+#include "platform/script/applescript/Access.h"
+#include "platform/script/applescript/Coercions.h"
+#include "platform/script/applescript/Failure.h"
+#include "platform/script/applescript/SourceText.h"
+
+namespace caddis::applescript {
+
+namespace {
+
+// Whole numbers need no look at anything else; nil where the general way must be taken.
+std::optional<Datum> onIntegers(Operator operation, std::int64_t left, std::int64_t right)
+{
+    switch (operation) {
+    case Operator::Add:
+        return Datum::number(left + right);
+    case Operator::Subtract:
+        return Datum::number(left - right);
+    case Operator::Multiply:
+        return Datum::number(left * right);
+    case Operator::IntegerDivide:
+        return right ? std::optional(Datum::number(left / right)) : std::nullopt;
+    case Operator::Remainder:
+        return right ? std::optional(Datum::number(left % right)) : std::nullopt;
+    case Operator::Equal:
+        return Datum::boolean(left == right);
+    case Operator::NotEqual:
+        return Datum::boolean(left != right);
+    case Operator::Less:
+        return Datum::boolean(left < right);
+    case Operator::LessOrEqual:
+        return Datum::boolean(left <= right);
+    case Operator::Greater:
+        return Datum::boolean(left > right);
+    case Operator::GreaterOrEqual:
+        return Datum::boolean(left >= right);
+    default:
+        return std::nullopt;
+    }
+}
+
+bool truth(Frame& frame, const Expression& expression)
+{
+    const Datum value = expression.evaluate(frame);
+    return value.is(Kind::Boolean) ? value.asBoolean() : requireBoolean(frame.interpreter, value);
+}
+
+// A command without a result has no value to go on with.
+const Datum& required(const Datum& value)
+{
+    if (!value.isSet())
+        fail(ScriptErrorNumber::NoResult, String(u"No result was returned from some part of this expression."));
+    return value;
+}
+
+} // namespace
+
+Datum ListExpression::evaluate(Frame& frame) const
+{
+    std::vector<Datum> values;
+    values.reserve(items.size());
+    for (const auto& item : items)
+        values.push_back(required(item->evaluate(frame)));
+    return make<List>(std::move(values));
+}
+
+void ListExpression::assign(Frame& frame, const Datum& datum) const
+{
+    const Datum value = frame.interpreter.value(datum);
+    const auto* list = value.get<List>();
+    if (!list)
+        failCoercion(value, Symbol::List);
+    if (list->count() < items.size())
+        failGet(format(u"item %d", list->count() + 1), value);
+    // The values are taken first: {a, b} to {b, a} exchanges.
+    const std::vector<Datum> values = list->items();
+    for (std::size_t index = 0; index < items.size(); ++index)
+        items[index]->assign(frame, values[index]);
+}
+
+Datum RecordExpression::evaluate(Frame& frame) const
+{
+    std::vector<Record::Field> values;
+    values.reserve(fields.size());
+    for (const auto& [label, value] : fields)
+        values.emplace_back(label, required(value->evaluate(frame)));
+    return make<Record>(std::move(values));
+}
+
+void RecordExpression::assign(Frame& frame, const Datum& value) const
+{
+    for (const auto& [label, place] : fields)
+        place->assign(frame, getProperty(frame.interpreter, value, label));
+}
+
+Datum BinaryExpression::evaluate(Frame& frame) const
+{
+    const Datum first = left->evaluate(frame);
+    const Datum second = right->evaluate(frame);
+    if (first.is(Kind::Integer) && second.is(Kind::Integer)) {
+        if (auto result = onIntegers(operation, first.asInteger(), second.asInteger()))
+            return *std::move(result);
+    }
+    return apply(frame.interpreter, operation, required(first), required(second));
+}
+
+Datum LogicExpression::evaluate(Frame& frame) const
+{
+    if (truth(frame, *left) == decidingValue)
+        return Datum::boolean(decidingValue);
+    return Datum::boolean(truth(frame, *right));
+}
+
+Datum NotExpression::evaluate(Frame& frame) const { return Datum::boolean(!truth(frame, *operand)); }
+
+Datum NegateExpression::evaluate(Frame& frame) const
+{
+    return negate(frame.interpreter, required(operand->evaluate(frame)));
+}
+
+Datum CoerceExpression::evaluate(Frame& frame) const
+{
+    const Datum operand = required(value->evaluate(frame));
+    const Datum wanted = frame.interpreter.value(type->evaluate(frame));
+    if (wanted.is(Kind::Class))
+        return coerce(frame.interpreter, operand, wanted.asSymbol());
+    if (wanted.is(Kind::Constant) || wanted.is(Kind::Missing))
+        failCoercion(operand, wanted.is(Kind::Missing) ? Symbol::MissingValue : wanted.asSymbol());
+    failCoercion(wanted, Symbol::Class);
+}
+
+Datum ObjectExpression::evaluate(Frame& frame) const
+{
+    Interpreter& interpreter = frame.interpreter;
+    const Datum value = interpreter.value(key->evaluate(frame));
+    switch (objectClass) {
+    case Symbol::Application:
+        return make<ApplicationObject>(requireText(interpreter, value));
+    case Symbol::PosixFile: {
+        const String path = requireText(interpreter, value);
+        return make<FileObject>(Symbol::PosixFile, path.view().starts_with(u'/') ? path : format(u"/%@", path));
+    }
+    case Symbol::Date: {
+        if (!value.is(Kind::Text))
+            return coerce(interpreter, value, Symbol::Date);
+        try {
+            return coerce(interpreter, value, Symbol::Date);
+        } catch (const Failure&) {
+            fail(ScriptErrorNumber::UnknownObject, format(u"Invalid date and time %@.", sourceText(value)));
+        }
+    }
+    default:
+        return coerce(interpreter, value, objectClass);
+    }
+}
+
+Datum UnknownExpression::evaluate(Frame& frame) const
+{
+    fail(ScriptErrorNumber::CannotGet, format(u"Can’t get %@.", sourceText(frame.target)));
+}
+
+Datum deepCopy(Interpreter& interpreter, const Datum& datum)
+{
+    interpreter.checkStack();
+    if (const auto* list = datum.get<List>()) {
+        std::vector<Datum> items;
+        items.reserve(list->count());
+        for (const Datum& item : list->items())
+            items.push_back(deepCopy(interpreter, item));
+        return make<List>(std::move(items));
+    }
+    if (const auto* record = datum.get<Record>()) {
+        std::vector<Record::Field> fields;
+        for (const auto& [label, value] : record->fields())
+            fields.emplace_back(label, deepCopy(interpreter, value));
+        return make<Record>(std::move(fields));
+    }
+    if (const auto* date = datum.get<DateObject>())
+        return make<DateObject>(date->seconds);
+    if (auto* script = datum.get<ScriptObject>()) {
+        const Datum copy = make<ScriptObject>(script->program, script->code, script->enclosing());
+        auto& made = copy.as<ScriptObject>();
+        for (const Datum& slot : script->slots)
+            made.slots[static_cast<std::size_t>(&slot - script->slots.data())]
+                = slot.is(Kind::Script) ? slot : deepCopy(interpreter, slot);
+        made.captures = script->captures;
+        made.globals = script->globals;
+        made.parent = script->parent;
+        return copy;
+    }
+    return datum;
+}
+
+} // namespace caddis::applescript

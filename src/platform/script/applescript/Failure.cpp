@@ -1,0 +1,35 @@
+#include "platform/script/applescript/Failure.h"
+
+#include "platform/script/applescript/SourceText.h"
+
+namespace caddis::applescript {
+
+void fail(ScriptErrorNumber number, const String& message)
+{
+    Failure failure;
+    failure.number = static_cast<int>(number);
+    failure.message = message;
+    throw failure;
+}
+
+void failCoercion(const Datum& value, Symbol wanted)
+{
+    Failure failure;
+    failure.number = static_cast<int>(ScriptErrorNumber::CannotCoerce);
+    failure.message = format(u"Can’t make %@ into type %@.", sourceText(value), sourceName(wanted));
+    failure.offender = value;
+    failure.expected = Datum::classNamed(wanted);
+    throw failure;
+}
+
+void failGet(const String& what, const Datum& container, ScriptErrorNumber number)
+{
+    Failure failure;
+    failure.number = static_cast<int>(number);
+    failure.message = container.isSet() ? format(u"Can’t get %@ of %@.", what, sourceText(container))
+                                        : format(u"Can’t get %@.", what);
+    failure.offender = container;
+    throw failure;
+}
+
+} // namespace caddis::applescript

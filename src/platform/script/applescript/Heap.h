@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+/// The memory of one script: every object that its values refer to.
+namespace caddis::applescript {
+
+class Heap;
+
+/// What a value refers to. Objects count their references; cycles last until their heap goes.
+class Object {
+public:
+    Object();
+    virtual ~Object();
+    Object(const Object&) = delete;
+    Object& operator=(const Object&) = delete;
+
+    static void retain(Object* object) noexcept { ++object->m_references; }
+    static void release(Object* object) noexcept
+    {
+        if (--object->m_references == 0)
+            bury(object);
+    }
+
+protected:
+    /// Bytes beyond the object itself that it holds from now on, or no longer.
+    void charge(std::size_t bytes);
+    void refund(std::size_t bytes) noexcept;
+
+private:
+    friend class Heap;
+    static void bury(Object* object) noexcept;
+    /// Lets go of every other object, so that cycles fall apart.
+    virtual void dropReferences() { }
+
+    Heap* m_heap;
+    Object* m_previous = nullptr;
+    Object* m_next;
+    std::uint32_t m_references = 0;
+};
+
+/// Objects belong to the heap that is current on their thread when they are made.
+class Heap {
+public:
+    explicit Heap(std::size_t limit);
+    ~Heap();
+    Heap(const Heap&) = delete;
+    Heap& operator=(const Heap&) = delete;
+
+    static Heap& current() { return *s_current; }
+    std::size_t bytes() const { return m_bytes; }
+    void setLimit(std::size_t limit) { m_limit = limit; }
+    /// Fails with error -108 when `bytes` more would not fit; so a large value is refused before it is made.
+    void require(std::size_t bytes) const;
+
+    /// Makes a heap current while it lives.
+    class Scope {
+    public:
+        explicit Scope(Heap& heap)
+            : m_previous(s_current)
+        {
+            s_current = &heap;
+        }
+        ~Scope() { s_current = m_previous; }
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+
+    private:
+        Heap* m_previous;
+    };
+
+private:
+    friend class Object;
+    void bury(Object* object);
+
+    static thread_local Heap* s_current;
+
+    std::size_t m_limit;
+    std::size_t m_bytes = 0;
+    Object* m_first = nullptr;
+    std::vector<Object*> m_dead;
+    bool m_burying = false;
+};
+
+} // namespace caddis::applescript

@@ -1,0 +1,475 @@
+#include "platform/script/applescript/Commands.h"
+#include "platform/script/applescript/Failure.h"
+#include "platform/script/applescript/FileSuite.h"
+#include "platform/script/applescript/Parser.h"
+#include "platform/script/applescript/ParserNesting.h"
+#include "platform/script/applescript/TextComparison.h"
+
+namespace caddis::applescript {
+
+bool Parser::endsBlock() const
+{
+    return at(TokenType::EndOfText) || at(Symbol::End) || at(Symbol::Else)
+        || (at(Symbol::On) && peek(1).is(Symbol::Error));
+}
+
+Block Parser::parseBlock()
+{
+    const Nesting nesting(*this);
+    Block block;
+    for (skipNewlines(); !endsBlock(); skipNewlines())
+        block.statements.push_back(parseStatement());
+    return block;
+}
+
+Block Parser::parseBlockUntilEnd()
+{
+    Block block = parseBlock();
+    parseEnd();
+    return block;
+}
+
+// `end`, and whatever names the thing that ends.
+void Parser::parseEnd()
+{
+    expect(Symbol::End);
+    skipLine();
+}
+
+std::unique_ptr<Statement> Parser::parseStatement()
+{
+    if (!m_applications)
+        return parseStatementStrictly();
+    const std::size_t first = m_at;
+    const unsigned depth = m_depth;
+    const unsigned loops = m_loops;
+    const unsigned applications = m_applications;
+    try {
+        return parseStatementStrictly();
+    } catch (const Failure& failure) {
+        if (failure.is(ScriptErrorNumber::StackOverflow))
+            throw;
+        m_at = first;
+        m_depth = depth;
+        m_loops = loops;
+        m_applications = applications;
+        return skipUnknownStatement(first);
+    }
+}
+
+// Words of an unknown dictionary: the line goes as a whole. Where it opens a block, the statements inside are
+// read on their own; the `end` that is left over ends it.
+std::unique_ptr<Statement> Parser::skipUnknownStatement(std::size_t first)
+{
+    const bool opensBlock = at(Symbol::Tell) || at(Symbol::Repeat) || at(Symbol::If) || at(Symbol::Try)
+        || at(Symbol::Considering) || at(Symbol::Ignoring) || at(Symbol::Using)
+        || (at(Symbol::With) && (peek(1).is(Symbol::Timeout) || peek(1).is(Symbol::Transaction)));
+    const bool isIf = at(Symbol::If);
+    std::size_t last = m_at;
+    bool oneLine = false;
+    for (; !at(TokenType::EndOfLine) && !at(TokenType::EndOfText); next()) {
+        oneLine = oneLine || (isIf ? at(Symbol::Then) && !peek(1).is(TokenType::EndOfLine) : at(Symbol::To));
+        last = m_at;
+    }
+    if (last == first && (at(Symbol::End) || at(Symbol::Else)))
+        failExpected(String(u"expression"));
+    auto statement = std::make_unique<ExpressionStatement>(rangeFrom(first), std::make_unique<UnknownExpression>());
+    accept(TokenType::EndOfLine);
+    if (opensBlock && !oneLine) {
+        const Nesting nesting(*this);
+        ++m_loops; // It may be a repeat.
+        while (true) {
+            parseBlock();
+            const bool ends = at(Symbol::End) || at(TokenType::EndOfText);
+            skipLine();
+            if (ends)
+                break;
+        }
+        --m_loops;
+    }
+    return statement;
+}
+
+std::unique_ptr<Statement> Parser::parseStatementStrictly()
+{
+    const Nesting nesting(*this);
+    const Symbol word = at(TokenType::Word) ? peek().symbol : Symbol::None;
+    switch (word) {
+    case Symbol::Set:
+        return isSetClipboard() ? parseSetClipboard() : parseSet();
+    case Symbol::Copy:
+    case Symbol::Put:
+        return parseCopy();
+    case Symbol::If:
+        return parseIf();
+    case Symbol::Repeat:
+        return parseRepeat();
+    case Symbol::Tell:
+        return parseTell();
+    case Symbol::Try:
+        return parseTry();
+    case Symbol::Error:
+        return parseError();
+    case Symbol::Return:
+        return parseReturn();
+    case Symbol::Exit:
+        return parseExit();
+    case Symbol::Considering:
+    case Symbol::Ignoring:
+        return parseAttributes(word == Symbol::Considering);
+    case Symbol::With:
+        return parseWith();
+    case Symbol::Using:
+        return parseUsingTerms();
+    case Symbol::Local:
+    case Symbol::Global:
+        return parseDeclaration();
+    case Symbol::Continue:
+        return parseContinue();
+    case Symbol::Script:
+        if (peek(1).is(TokenType::EndOfLine) || peek(2).is(TokenType::EndOfLine))
+            return parseNestedScript();
+        [[fallthrough]];
+    default:
+        return parseExpressionStatement();
+    }
+}
+
+std::unique_ptr<Statement> Parser::parseExpressionStatement()
+{
+    const std::size_t first = m_at;
+    accept(Symbol::Get);
+    auto expression = parseExpression();
+    auto statement = std::make_unique<ExpressionStatement>(rangeFrom(first), std::move(expression));
+    expectEndOfStatement();
+    return statement;
+}
+
+void Parser::markAssigned(Expression& place)
+{
+    if (auto* single = dynamic_cast<Variable*>(&place)) {
+        m_scopes.handler().noteAssigned(single->name);
+    } else if (auto* list = dynamic_cast<ListExpression*>(&place)) {
+        for (const auto& item : list->items)
+            markAssigned(*item);
+    } else if (auto* record = dynamic_cast<RecordExpression*>(&place)) {
+        for (const auto& field : record->fields)
+            markAssigned(*field.second);
+    }
+}
+
+ExpressionPointer Parser::parsePlace()
+{
+    accept(Symbol::The);
+    auto place = parsePostfix();
+    markAssigned(*place);
+    return place;
+}
+
+// `set the clipboard to x` is a command that looks like an assignment.
+bool Parser::isSetClipboard() const
+{
+    const std::size_t ahead = peek(1).is(Symbol::The) ? 2 : 1;
+    return peek(ahead).is(symbolOfPlainName(u"clipboard")) && peek(ahead + 1).is(Symbol::To);
+}
+
+std::unique_ptr<Statement> Parser::parseSetClipboard()
+{
+    const std::size_t first = m_at;
+    next();
+    accept(Symbol::The);
+    next();
+    const Symbol name[] = { Symbol::Set, symbolOfPlainName(u"clipboard") };
+    auto command = parseCommand(matchCommand(name));
+    auto statement = std::make_unique<ExpressionStatement>(rangeFrom(first), std::move(command));
+    expectEndOfStatement();
+    return statement;
+}
+
+std::unique_ptr<Statement> Parser::parseSet()
+{
+    const std::size_t first = m_at;
+    next();
+    auto statement = std::make_unique<SetStatement>(Range());
+    statement->place = parsePlace();
+    if (!accept(Symbol::Returning))
+        expect(Symbol::To);
+    statement->value = parseExpression();
+    statement->range = rangeFrom(first);
+    expectEndOfStatement();
+    return statement;
+}
+
+std::unique_ptr<Statement> Parser::parseCopy()
+{
+    const std::size_t first = m_at;
+    next();
+    auto statement = std::make_unique<SetStatement>(Range());
+    statement->copies = true;
+    statement->value = parseExpression();
+    if (!accept(Symbol::Into))
+        expect(Symbol::To);
+    statement->place = parsePlace();
+    statement->range = rangeFrom(first);
+    expectEndOfStatement();
+    return statement;
+}
+
+std::unique_ptr<Statement> Parser::parseIf()
+{
+    auto statement = std::make_unique<IfStatement>(peek().range);
+    expect(Symbol::If);
+    auto condition = parseExpression();
+    const bool hasThen = accept(Symbol::Then);
+    if (hasThen && !at(TokenType::EndOfLine)) {
+        Block body;
+        body.statements.push_back(parseStatement());
+        statement->branches.push_back({ std::move(condition), std::move(body) });
+        return statement;
+    }
+    expectEndOfStatement();
+    statement->branches.push_back({ std::move(condition), parseBlock() });
+    while (accept(Symbol::Else)) {
+        ExpressionPointer next;
+        if (accept(Symbol::If)) {
+            next = parseExpression();
+            accept(Symbol::Then);
+        }
+        expectEndOfStatement();
+        const bool isLast = !next;
+        statement->branches.push_back({ std::move(next), parseBlock() });
+        if (isLast)
+            break;
+    }
+    parseEnd();
+    return statement;
+}
+
+bool Parser::isApplicationName() const
+{
+    const bool named = at(Symbol::Application) || at(symbolOfPlainName(u"app"));
+    return named && !peek(1).is(TokenType::EndOfLine);
+}
+
+std::unique_ptr<Statement> Parser::parseTell()
+{
+    auto statement = std::make_unique<TellStatement>(peek().range);
+    expect(Symbol::Tell);
+    accept(Symbol::The);
+    const unsigned outer = m_applications;
+    if (isApplicationName())
+        ++m_applications;
+    statement->target = parseExpression();
+    if (const auto* object = dynamic_cast<ObjectExpression*>(statement->target.get());
+        object && object->objectClass == Symbol::Application)
+        m_applications = outer + 1;
+    if (accept(Symbol::To)) {
+        statement->body.statements.push_back(parseStatement());
+    } else {
+        expectEndOfStatement();
+        statement->body = parseBlockUntilEnd();
+    }
+    m_applications = outer;
+    return statement;
+}
+
+std::unique_ptr<Statement> Parser::parseTry()
+{
+    auto statement = std::make_unique<TryStatement>(peek().range);
+    expect(Symbol::Try);
+    expectEndOfStatement();
+    statement->body = parseBlock();
+    if (accept(Symbol::On)) {
+        expect(Symbol::Error);
+        parseErrorParameters(*statement);
+        expectEndOfStatement();
+        statement->handler = parseBlock();
+    }
+    parseEnd();
+    return statement;
+}
+
+void Parser::parseErrorParameters(TryStatement& statement)
+{
+    const bool isLabel = at(Symbol::Number) || at(Symbol::Partial) || at(Symbol::From) || at(Symbol::To);
+    if (!at(TokenType::EndOfLine) && !isLabel)
+        statement.message = parsePlace();
+    while (!at(TokenType::EndOfLine)) {
+        if (accept(Symbol::Number))
+            statement.number = parsePlace();
+        else if (accept(Symbol::From))
+            statement.offender = parsePlace();
+        else if (accept(Symbol::To))
+            statement.expected = parsePlace();
+        else {
+            expect(Symbol::Partial);
+            expect(Symbol::Result);
+            statement.partialResult = parsePlace();
+        }
+    }
+}
+
+std::unique_ptr<Statement> Parser::parseError()
+{
+    const std::size_t first = m_at;
+    auto statement = std::make_unique<ErrorStatement>(Range());
+    expect(Symbol::Error);
+    const bool isLabel = at(Symbol::Number) || at(Symbol::Partial) || at(Symbol::From) || at(Symbol::To);
+    if (!at(TokenType::EndOfLine) && !isLabel)
+        statement->message = parseExpression();
+    while (!at(TokenType::EndOfLine)) {
+        if (accept(Symbol::Number))
+            statement->number = parseExpression();
+        else if (accept(Symbol::From))
+            statement->offender = parseExpression();
+        else if (accept(Symbol::To))
+            statement->expected = parseExpression();
+        else {
+            expect(Symbol::Partial);
+            expect(Symbol::Result);
+            statement->partialResult = parseExpression();
+        }
+    }
+    statement->range = rangeFrom(first);
+    expectEndOfStatement();
+    return statement;
+}
+
+std::unique_ptr<Statement> Parser::parseReturn()
+{
+    const std::size_t first = m_at;
+    auto statement = std::make_unique<ReturnStatement>(Range());
+    expect(Symbol::Return);
+    if (!at(TokenType::EndOfLine))
+        statement->value = parseExpression();
+    statement->range = rangeFrom(first);
+    expectEndOfStatement();
+    return statement;
+}
+
+namespace {
+
+// Nothing for a term that is no attribute; applications' responses are an attribute that changes nothing here.
+std::optional<unsigned> attributeNamed(Symbol name)
+{
+    switch (name) {
+    case Symbol::Case:
+        return ConsiderCase;
+    case Symbol::Diacriticals:
+        return ConsiderDiacriticals;
+    case Symbol::Expansion:
+        return ConsiderExpansion;
+    case Symbol::Hyphens:
+        return ConsiderHyphens;
+    case Symbol::Punctuation:
+        return ConsiderPunctuation;
+    case Symbol::WhiteSpace:
+        return ConsiderWhiteSpace;
+    case Symbol::NumericStrings:
+        return ConsiderNumericStrings;
+    case Symbol::ApplicationResponses:
+        return 0;
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+unsigned Parser::parseAttributeList()
+{
+    unsigned attributes = 0;
+    while (true) {
+        const TermMatch term = termHere();
+        const auto attribute = attributeNamed(term.symbol);
+        if (!attribute)
+            failExpected(String(u"“case” or another attribute"));
+        attributes |= *attribute;
+        m_at += term.words;
+        accept(TokenType::Comma);
+        accept(Symbol::And);
+        if (at(TokenType::EndOfLine) || at(Symbol::But))
+            return attributes;
+    }
+}
+
+std::unique_ptr<Statement> Parser::parseAttributes(bool considers)
+{
+    auto statement = std::make_unique<AttributesStatement>(peek().range);
+    next();
+    (considers ? statement->considered : statement->ignored) = parseAttributeList();
+    if (accept(Symbol::But)) {
+        expect(considers ? Symbol::Ignoring : Symbol::Considering);
+        (considers ? statement->ignored : statement->considered) = parseAttributeList();
+    }
+    expectEndOfStatement();
+    statement->body = parseBlockUntilEnd();
+    return statement;
+}
+
+// with timeout of n seconds, with transaction: the deadline of the whole call stands above the former.
+std::unique_ptr<Statement> Parser::parseWith()
+{
+    auto statement = std::make_unique<BlockStatement>(peek().range);
+    expect(Symbol::With);
+    if (accept(Symbol::Timeout)) {
+        accept(Symbol::Of);
+        parseExpression();
+        if (!accept(Symbol::Seconds))
+            accept(symbolOfPlainName(u"second"));
+    } else {
+        expect(Symbol::Transaction);
+        if (!at(TokenType::EndOfLine))
+            parseExpression();
+    }
+    expectEndOfStatement();
+    statement->body = parseBlockUntilEnd();
+    return statement;
+}
+
+std::unique_ptr<Statement> Parser::parseUsingTerms()
+{
+    auto statement = std::make_unique<BlockStatement>(peek().range);
+    expect(Symbol::Using);
+    expect(Symbol::TermsWord);
+    expect(Symbol::From);
+    skipLine();
+    ++m_applications;
+    statement->body = parseBlockUntilEnd();
+    --m_applications;
+    return statement;
+}
+
+// A declaration gives a name its place and does nothing when it is reached.
+std::unique_ptr<Statement> Parser::parseDeclaration()
+{
+    auto statement = std::make_unique<BlockStatement>(peek().range);
+    const bool isGlobal = next().is(Symbol::Global);
+    do {
+        const Symbol name = parseName();
+        if (!isGlobal)
+            m_scopes.handler().declareLocal(name);
+        else if (m_scopes.insideHandler())
+            m_scopes.handler().declareGlobal(name);
+        else
+            m_scopes.script().declareGlobal(name);
+    } while (accept(TokenType::Comma));
+    expectEndOfStatement();
+    return statement;
+}
+
+std::unique_ptr<Statement> Parser::parseContinue()
+{
+    const std::size_t first = m_at;
+    expect(Symbol::Continue);
+    auto expression = parseExpression();
+    if (auto* call = dynamic_cast<CallExpression*>(expression.get()))
+        call->continues = true;
+    else if (auto* labelled = dynamic_cast<LabelledCallExpression*>(expression.get()))
+        labelled->continues = true;
+    auto statement = std::make_unique<ExpressionStatement>(rangeFrom(first), std::move(expression));
+    expectEndOfStatement();
+    return statement;
+}
+
+} // namespace caddis::applescript

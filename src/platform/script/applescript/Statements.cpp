@@ -1,0 +1,157 @@
+#include "platform/script/applescript/Statements.h"
+
+#include "platform/script/applescript/Coercions.h"
+#include "platform/script/applescript/Expressions.h"
+#include "platform/script/applescript/Failure.h"
+#include "platform/script/applescript/FileSuite.h"
+#include "platform/script/applescript/TextComparison.h"
+
+namespace caddis::applescript {
+
+namespace {
+
+/// Gives a variable back its value however the block is left.
+template <typename T> class Restored {
+public:
+    explicit Restored(T& variable)
+        : m_variable(variable)
+        , m_value(variable)
+    {
+    }
+    ~Restored() { m_variable = std::move(m_value); }
+    Restored(const Restored&) = delete;
+    Restored& operator=(const Restored&) = delete;
+
+private:
+    T& m_variable;
+    T m_value;
+};
+
+void assignIfWanted(const ExpressionPointer& place, Frame& frame, const Datum& value)
+{
+    if (place)
+        place->assign(frame, value.isSet() ? value : Datum::missing());
+}
+
+Datum evaluated(const ExpressionPointer& expression, Frame& frame)
+{
+    return expression ? expression->evaluate(frame) : Datum();
+}
+
+} // namespace
+
+Flow Block::execute(Frame& frame) const
+{
+    for (const auto& statement : statements) {
+        frame.interpreter.step();
+        frame.interpreter.position = statement->range;
+        const Flow flow = statement->execute(frame);
+        if (flow != Flow::Next)
+            return flow;
+    }
+    return Flow::Next;
+}
+
+Flow ExpressionStatement::execute(Frame& frame) const
+{
+    frame.result = expression->evaluate(frame);
+    return Flow::Next;
+}
+
+Flow SetStatement::execute(Frame& frame) const
+{
+    Datum result = value->evaluate(frame);
+    if (!result.isSet())
+        fail(ScriptErrorNumber::NoResult, String(u"No result was returned from some part of this expression."));
+    if (copies)
+        result = deepCopy(frame.interpreter, frame.interpreter.value(result));
+    place->assign(frame, result);
+    frame.result = std::move(result);
+    return Flow::Next;
+}
+
+Flow IfStatement::execute(Frame& frame) const
+{
+    for (const Branch& branch : branches) {
+        if (!branch.condition)
+            return branch.body.execute(frame);
+        const Datum condition = branch.condition->evaluate(frame);
+        const bool yes = condition.is(Kind::Boolean) ? condition.asBoolean()
+                                                     : requireBoolean(frame.interpreter, condition);
+        if (yes)
+            return branch.body.execute(frame);
+    }
+    return Flow::Next;
+}
+
+Flow TellStatement::execute(Frame& frame) const
+{
+    Datum told = frame.interpreter.value(target->evaluate(frame));
+    requireApplication(told);
+    const Restored<Datum> outer(frame.target);
+    frame.target = std::move(told);
+    return body.execute(frame);
+}
+
+Flow TryStatement::execute(Frame& frame) const
+{
+    const Datum outerTarget = frame.target;
+    const unsigned outerAttributes = currentAttributes();
+    Failure caught;
+    try {
+        return body.execute(frame);
+    } catch (const Failure& failure) {
+        if (failure.endsScript)
+            throw;
+        caught = failure;
+    }
+    frame.target = outerTarget;
+    currentAttributes() = outerAttributes;
+    frame.result = Datum();
+    assignIfWanted(message, frame, Datum::text(caught.message));
+    assignIfWanted(number, frame, Datum::number(caught.number));
+    assignIfWanted(offender, frame, caught.offender);
+    assignIfWanted(expected, frame, caught.expected);
+    assignIfWanted(partialResult, frame, caught.partialResult);
+    return handler.execute(frame);
+}
+
+Flow ErrorStatement::execute(Frame& frame) const
+{
+    Interpreter& interpreter = frame.interpreter;
+    Failure failure;
+    if (message)
+        failure.message = requireText(interpreter, message->evaluate(frame));
+    if (number)
+        failure.number = static_cast<int>(requireInteger(interpreter, number->evaluate(frame)));
+    if (!message)
+        failure.message = number ? format(u"An error of type %d has occurred.", failure.number)
+                                 : String(u"An unknown error has occurred.");
+    failure.offender = evaluated(offender, frame);
+    failure.expected = evaluated(expected, frame);
+    failure.partialResult = evaluated(partialResult, frame);
+    throw failure;
+}
+
+Flow ReturnStatement::execute(Frame& frame) const
+{
+    frame.returned = evaluated(value, frame);
+    return Flow::Return;
+}
+
+Flow AttributesStatement::execute(Frame& frame) const
+{
+    const Restored<unsigned> outer(currentAttributes());
+    currentAttributes() = (currentAttributes() | considered) & ~ignored;
+    return body.execute(frame);
+}
+
+Flow ScriptStatement::execute(Frame& frame) const
+{
+    frame.result = instantiate(frame.interpreter, frame.home->program, *code, &frame);
+    if (place)
+        place->assign(frame, frame.result);
+    return Flow::Next;
+}
+
+} // namespace caddis::applescript
