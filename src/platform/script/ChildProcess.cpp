@@ -147,8 +147,8 @@ private:
     }
     void writeSome()
     {
-        const ssize_t count
-            = write(m_input.writer.number(), m_command.input.data() + m_written, m_command.input.size() - m_written);
+        const ssize_t count = write(
+            m_input.writer.number(), m_command.input.data() + m_written, m_command.input.size() - m_written);
         if (count > 0)
             m_written += static_cast<std::size_t>(count);
         if (m_written == m_command.input.size() || (count < 0 && errno != EAGAIN && errno != EINTR))

@@ -23,7 +23,8 @@ Datum getElements(Interpreter& interpreter, const Datum& container, const Select
         return getListElement(interpreter, container, selector);
     if (belongsToFiles(container))
         return getFileElement(interpreter, container, selector);
-    if (const auto* script = container.get<ScriptObject>(); script && selector.form == Selector::Form::Named) {
+    if (const auto* script = container.get<ScriptObject>();
+        script && selector.form == Selector::Form::Named) {
         const Datum& key = selector.key;
         if (key.is(Kind::Text))
             return getProperty(interpreter, container, symbolOfPlainName(key.as<Text>().value()));

@@ -77,7 +77,8 @@ private:
         if (!callee)
             callee = findHandler(script(), symbolOfUserName(name));
         if (!callee)
-            fail(ScriptErrorNumber::NotUnderstood, format(u"The script doesn’t understand the “%@” message.", name));
+            fail(ScriptErrorNumber::NotUnderstood,
+                format(u"The script doesn’t understand the “%@” message.", name));
         std::vector<Datum> arguments;
         for (const auto& field : event.parameter("----"_code).fields())
             arguments.push_back(valueFromDescriptor(field.value));

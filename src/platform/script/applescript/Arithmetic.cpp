@@ -18,8 +18,7 @@ namespace {
 Datum finite(double value)
 {
     if (!std::isfinite(value))
-        fail(ScriptErrorNumber::NumberTooLarge,
-            String(u"The result of a numeric operation was too large."));
+        fail(ScriptErrorNumber::NumberTooLarge, String(u"The result of a numeric operation was too large."));
     return Datum::real(value);
 }
 
@@ -96,7 +95,8 @@ Datum units(Interpreter& interpreter, Operator operation, const UnitObject& left
 
 } // namespace
 
-Datum arithmetic(Interpreter& interpreter, Operator operation, const Datum& leftDatum, const Datum& rightDatum)
+Datum arithmetic(
+    Interpreter& interpreter, Operator operation, const Datum& leftDatum, const Datum& rightDatum)
 {
     const Datum leftValue = interpreter.value(leftDatum);
     const Datum rightValue = interpreter.value(rightDatum);

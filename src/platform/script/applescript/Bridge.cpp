@@ -130,7 +130,8 @@ Datum recordFrom(const EventDescriptor& descriptor)
         if (keyword == UserFields && value.isList()) {
             for (std::size_t position = 1; position + 1 <= value.numberOfItems(); position += 2) {
                 const String label = value.descriptorAtIndex(position).stringValue().value_or(String());
-                record.set(symbolOfUserName(label), valueFromDescriptor(value.descriptorAtIndex(position + 1)));
+                record.set(
+                    symbolOfUserName(label), valueFromDescriptor(value.descriptorAtIndex(position + 1)));
             }
             continue;
         }
@@ -165,7 +166,8 @@ std::optional<Datum> numberFrom(const EventDescriptor& descriptor)
     case "magn"_code:
     case "ucom"_code:
         if (const auto number = descriptor.doubleValue())
-            return std::abs(*number) < 1e15 ? Datum::number(static_cast<std::int64_t>(*number)) : Datum::real(*number);
+            return std::abs(*number) < 1e15 ? Datum::number(static_cast<std::int64_t>(*number))
+                                            : Datum::real(*number);
         return std::nullopt;
     case "sing"_code:
     case "doub"_code:
@@ -224,7 +226,8 @@ Datum valueFromDescriptor(const EventDescriptor& descriptor)
             return *std::move(value);
     }
     const FourCharCode type = descriptor.descriptorType();
-    const bool isText = type == "utxt"_code || type == "utf8"_code || type == "ut16"_code || type == "TEXT"_code;
+    const bool isText
+        = type == "utxt"_code || type == "utf8"_code || type == "ut16"_code || type == "TEXT"_code;
     if (isText)
         return Datum::text(descriptor.stringValue().value_or(String()));
     return make<DataObject>(descriptor.descriptorType(), descriptor.data());

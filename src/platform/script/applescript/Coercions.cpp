@@ -189,7 +189,8 @@ std::optional<String> textOf(Interpreter& interpreter, const Datum& datum)
     case Kind::File: {
         const auto& file = value.as<FileObject>();
         std::error_code ignored;
-        const bool folder = !file.path.view().ends_with(u'/') && std::filesystem::is_directory(file.path.utf8(), ignored);
+        const bool folder
+            = !file.path.view().ends_with(u'/') && std::filesystem::is_directory(file.path.utf8(), ignored);
         const String path = hfsPath(file.path);
         return folder ? format(u"%@:", path) : path;
     }

@@ -18,7 +18,8 @@ Datum requireNumber(Interpreter& interpreter, const Datum& value);
 /// Fails with -1700 for what is no number, and with -2702 outside 32 bits.
 std::int64_t requireInteger(Interpreter& interpreter, const Datum& value);
 bool requireBoolean(Interpreter& interpreter, const Datum& value);
-/// The absolute path with slashes of a file, alias, or text with colons (or with slashes, where it begins so).
+/// The absolute path with slashes of a file, alias, or text with colons (or with slashes, where it begins
+/// so).
 String requirePath(Interpreter& interpreter, const Datum& value);
 
 /// A measure in another unit of its kind; nil when the units do not go together.

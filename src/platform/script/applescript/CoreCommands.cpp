@@ -34,7 +34,8 @@ Datum exists(CommandCall& call)
     try {
         const Datum value = call.interpreter.value(call.direct);
         if (const auto* file = value.get<FileObject>())
-            return fileProperty(call.interpreter, value, Symbol::Exists).value_or(Datum::boolean(!file->path.isEmpty()));
+            return fileProperty(call.interpreter, value, Symbol::Exists)
+                .value_or(Datum::boolean(!file->path.isEmpty()));
         return Datum::boolean(value.isSet());
     } catch (const Failure& failure) {
         if (failure.endsScript)
@@ -106,14 +107,35 @@ constexpr CommandParameter countParameters[] = { { "each" } };
 constexpr CommandParameter runScriptParameters[] = { { "with parameters" }, { "in" } };
 
 constexpr CommandSpec commands[] = {
-    { .name = "count", .perform = count, .parameters = countParameters, .bindsTightly = true, .defaultsToTarget = true },
+    { .name = "count",
+        .perform = count,
+        .parameters = countParameters,
+        .bindsTightly = true,
+        .defaultsToTarget = true },
     { .name = "log", .perform = logValue, .parameters = {}, .takesWholeExpression = true },
-    { .name = "exists", .perform = exists, .parameters = {}, .bindsTightly = true, .takesReference = true, .defaultsToTarget = true },
-    { .name = "run", .perform = runScriptObject, .parameters = {}, .bindsTightly = true, .defaultsToTarget = true },
+    { .name = "exists",
+        .perform = exists,
+        .parameters = {},
+        .bindsTightly = true,
+        .takesReference = true,
+        .defaultsToTarget = true },
+    { .name = "run",
+        .perform = runScriptObject,
+        .parameters = {},
+        .bindsTightly = true,
+        .defaultsToTarget = true },
     { .name = "run script", .perform = runScript, .parameters = runScriptParameters },
     { .name = "load script", .perform = loadScript, .parameters = {} },
-    { .name = "activate", .perform = startApplication, .parameters = {}, .bindsTightly = true, .defaultsToTarget = true },
-    { .name = "launch", .perform = startApplication, .parameters = {}, .bindsTightly = true, .defaultsToTarget = true },
+    { .name = "activate",
+        .perform = startApplication,
+        .parameters = {},
+        .bindsTightly = true,
+        .defaultsToTarget = true },
+    { .name = "launch",
+        .perform = startApplication,
+        .parameters = {},
+        .bindsTightly = true,
+        .defaultsToTarget = true },
 };
 
 } // namespace

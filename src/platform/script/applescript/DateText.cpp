@@ -10,24 +10,20 @@ namespace caddis::applescript {
 
 namespace {
 
-constexpr std::array<std::string_view, 12> MonthNames { "January", "February", "March", "April", "May", "June",
-    "July", "August", "September", "October", "November", "December" };
+constexpr std::array<std::string_view, 12> MonthNames { "January", "February", "March", "April", "May",
+    "June", "July", "August", "September", "October", "November", "December" };
 constexpr std::array<std::string_view, 7> DayNames { "Sunday", "Monday", "Tuesday", "Wednesday", "Thursday",
     "Friday", "Saturday" };
 
 std::tm fieldsOf(std::int64_t date) { return calendarFields(date).value_or(std::tm {}); }
 
-String twoDigits(int number)
-{
-    return number < 10 ? format(u"0%d", number) : format(u"%d", number);
-}
+String twoDigits(int number) { return number < 10 ? format(u"0%d", number) : format(u"%d", number); }
 
 bool sameIgnoringCase(std::string_view left, std::string_view right)
 {
     return left.size() == right.size()
-        && std::equal(left.begin(), left.end(), right.begin(), [](char first, char second) {
-               return (first | 32) == (second | 32);
-           });
+        && std::equal(left.begin(), left.end(), right.begin(),
+            [](char first, char second) { return (first | 32) == (second | 32); });
 }
 
 // The index of the name that `word` is, or abbreviates by three letters or more.
@@ -58,7 +54,8 @@ std::optional<std::vector<Part>> partsOf(const String& text)
         const char character = bytes[at];
         Part part;
         if (character >= '0' && character <= '9') {
-            for (; at < bytes.size() && bytes[at] >= '0' && bytes[at] <= '9' && part.digits < 8; ++at, ++part.digits)
+            for (; at < bytes.size() && bytes[at] >= '0' && bytes[at] <= '9' && part.digits < 8;
+                 ++at, ++part.digits)
                 part.number = part.number * 10 + (bytes[at] - '0');
         } else if ((character | 32) >= 'a' && (character | 32) <= 'z') {
             while (at < bytes.size() && (bytes[at] | 32) >= 'a' && (bytes[at] | 32) <= 'z')
@@ -212,13 +209,15 @@ String dateString(std::int64_t date)
 {
     const std::tm fields = fieldsOf(date);
     return format(u"%s, %s %d, %d", DayNames[static_cast<std::size_t>(fields.tm_wday)],
-        MonthNames[static_cast<std::size_t>(fields.tm_mon)], fields.tm_mday, std::int64_t { fields.tm_year } + 1900);
+        MonthNames[static_cast<std::size_t>(fields.tm_mon)], fields.tm_mday,
+        std::int64_t { fields.tm_year } + 1900);
 }
 
 String shortDateString(std::int64_t date)
 {
     const std::tm fields = fieldsOf(date);
-    return format(u"%d/%d/%@", fields.tm_mon + 1, fields.tm_mday, twoDigits((fields.tm_year % 100 + 100) % 100));
+    return format(
+        u"%d/%d/%@", fields.tm_mon + 1, fields.tm_mday, twoDigits((fields.tm_year % 100 + 100) % 100));
 }
 
 String timeString(std::int64_t date)

@@ -16,8 +16,8 @@ struct Span {
     std::size_t count;
 };
 
-std::size_t offsetOf(
-    Interpreter& interpreter, const Selector& selector, const Datum& key, const Datum& container, std::size_t count)
+std::size_t offsetOf(Interpreter& interpreter, const Selector& selector, const Datum& key,
+    const Datum& container, std::size_t count)
 {
     const auto offset = offsetOfIndex(requireInteger(interpreter, key), count);
     if (!offset)
@@ -26,10 +26,12 @@ std::size_t offsetOf(
 }
 
 // The one element that a selector names among `count`.
-std::size_t singleOffset(Interpreter& interpreter, const Selector& selector, const Datum& container, std::size_t count)
+std::size_t singleOffset(
+    Interpreter& interpreter, const Selector& selector, const Datum& container, std::size_t count)
 {
     using enum Selector::Form;
-    const bool possible = selector.form == Index || (count && (selector.form == Middle || selector.form == Some));
+    const bool possible
+        = selector.form == Index || (count && (selector.form == Middle || selector.form == Some));
     if (!possible)
         failGet(selectorText(selector), container);
     if (selector.form == Middle)
@@ -54,7 +56,8 @@ bool isOfClass(Interpreter& interpreter, const Datum& item, Symbol wanted)
     if (wanted == Symbol::Item || wanted == Symbol::Anything)
         return true;
     const Datum value = interpreter.value(item);
-    return wanted == Symbol::Number ? value.isNumber() : canonicalClass(classOf(value)) == canonicalClass(wanted);
+    return wanted == Symbol::Number ? value.isNumber()
+                                    : canonicalClass(classOf(value)) == canonicalClass(wanted);
 }
 
 std::vector<Datum> itemsOfClass(Interpreter& interpreter, const List& list, Symbol wanted)
@@ -74,7 +77,8 @@ Datum listWith(std::vector<Datum> items, const List& like)
     return made;
 }
 
-Datum pickFrom(Interpreter& interpreter, const std::vector<Datum>& items, const Datum& list, const Selector& selector)
+Datum pickFrom(
+    Interpreter& interpreter, const std::vector<Datum>& items, const Datum& list, const Selector& selector)
 {
     if (selector.form == Selector::Form::Every)
         return listWith(items, list.as<List>());
@@ -98,8 +102,8 @@ Datum textRange(Interpreter& interpreter, const Datum& text, const Selector& sel
     Range last = place(selector.lastKey, selector.lastKeyClass);
     if (first.location > last.location)
         std::swap(first, last);
-    return Datum::text(
-        text.as<Text>().value().substring({ first.location, std::max(first.end(), last.end()) - first.location }));
+    return Datum::text(text.as<Text>().value().substring(
+        { first.location, std::max(first.end(), last.end()) - first.location }));
 }
 
 } // namespace
@@ -112,7 +116,8 @@ Datum getListElement(Interpreter& interpreter, const Datum& datum, const Selecto
     return pickFrom(interpreter, itemsOfClass(interpreter, list, selector.name), datum, selector);
 }
 
-void setListElement(Interpreter& interpreter, const Datum& datum, const Selector& selector, const Datum& value)
+void setListElement(
+    Interpreter& interpreter, const Datum& datum, const Selector& selector, const Datum& value)
 {
     auto& list = datum.as<List>();
     switch (selector.form) {
@@ -155,7 +160,8 @@ std::int64_t countElements(Interpreter& interpreter, const Datum& datum, Symbol 
     const Datum container = interpreter.value(datum);
     std::size_t count = 0;
     if (const auto* list = container.get<List>())
-        count = elementClass == Symbol::Item ? list->count() : itemsOfClass(interpreter, *list, elementClass).size();
+        count = elementClass == Symbol::Item ? list->count()
+                                             : itemsOfClass(interpreter, *list, elementClass).size();
     else if (const auto* record = container.get<Record>())
         count = record->fields().size();
     else if (container.is(Kind::Text) && isTextElement(elementClass))

@@ -6,8 +6,8 @@
 namespace caddis::applescript {
 
 Datum getListElement(Interpreter& interpreter, const Datum& list, const Selector& selector);
-void setListElement(Interpreter& interpreter, const Datum& list, const Selector& selector, const Datum& value);
+void setListElement(
+    Interpreter& interpreter, const Datum& list, const Selector& selector, const Datum& value);
 Datum getTextElement(Interpreter& interpreter, const Datum& text, const Selector& selector);
-
 
 } // namespace caddis::applescript

@@ -50,8 +50,24 @@ bool truth(Frame& frame, const Expression& expression)
 const Datum& required(const Datum& value)
 {
     if (!value.isSet())
-        fail(ScriptErrorNumber::NoResult, String(u"No result was returned from some part of this expression."));
+        fail(ScriptErrorNumber::NoResult,
+            String(u"No result was returned from some part of this expression."));
     return value;
+}
+
+Datum textOfCodePoints(Interpreter& interpreter, const Datum& value)
+{
+    const Datum points = coerce(interpreter, value, Symbol::List);
+    MutableString text;
+    for (const Datum& item : points.as<List>().items()) {
+        const std::int64_t point = requireInteger(interpreter, item);
+        if (point < 0 || point > 0x10FFFF)
+            failGet(format(u"character id %d", point), Datum());
+        if (point >= 0x10000)
+            text.append(static_cast<char16_t>(0xD7C0 + (point >> 10)));
+        text.append(static_cast<char16_t>(point >= 0x10000 ? 0xDC00 + (point & 0x3FF) : point));
+    }
+    return Datum::text(std::move(text).take());
 }
 
 } // namespace
@@ -139,8 +155,11 @@ Datum ObjectExpression::evaluate(Frame& frame) const
         return make<ApplicationObject>(requireText(interpreter, value));
     case Symbol::PosixFile: {
         const String path = requireText(interpreter, value);
-        return make<FileObject>(Symbol::PosixFile, path.view().starts_with(u'/') ? path : format(u"/%@", path));
+        return make<FileObject>(
+            Symbol::PosixFile, path.view().starts_with(u'/') ? path : format(u"/%@", path));
     }
+    case Symbol::Id:
+        return textOfCodePoints(interpreter, value);
     case Symbol::Date: {
         if (!value.is(Kind::Text))
             return coerce(interpreter, value, Symbol::Date);

@@ -128,7 +128,8 @@ public:
     ExpressionPointer key;
 };
 
-/// What stands in a tell block to an application whose dictionary is not known, and does not parse without it.
+/// What stands in a tell block to an application whose dictionary is not known, and does not parse without
+/// it.
 class UnknownExpression final : public Expression {
 public:
     Datum evaluate(Frame& frame) const override;

@@ -24,7 +24,7 @@ struct Failure {
 /// "Can’t make VALUE into type CLASS."
 [[noreturn]] void failCoercion(const Datum& value, Symbol wanted);
 /// "Can’t get WHAT of CONTAINER."
-[[noreturn]] void failGet(const String& what, const Datum& container,
-    ScriptErrorNumber number = ScriptErrorNumber::CannotGet);
+[[noreturn]] void failGet(
+    const String& what, const Datum& container, ScriptErrorNumber number = ScriptErrorNumber::CannotGet);
 
 } // namespace caddis::applescript

@@ -40,7 +40,8 @@ Datum fileObject(const fs::path& path)
 {
     std::error_code ignored;
     const bool folder = fs::is_directory(path, ignored);
-    return make<FileObject>(folder ? Symbol::Folder : Symbol::File, String::fromUtf8(folder ? path.string() + '/' : path.string()));
+    return make<FileObject>(folder ? Symbol::Folder : Symbol::File,
+        String::fromUtf8(folder ? path.string() + '/' : path.string()));
 }
 
 // "name", "name 2", "name 3": the first that is free.
@@ -49,7 +50,8 @@ fs::path freePlace(const fs::path& wanted)
     std::error_code ignored;
     fs::path place = wanted;
     for (int number = 2; fs::exists(fs::symlink_status(place, ignored)); ++number)
-        place = wanted.parent_path() / (wanted.stem().string() + ' ' + std::to_string(number) + wanted.extension().string());
+        place = wanted.parent_path()
+            / (wanted.stem().string() + ' ' + std::to_string(number) + wanted.extension().string());
     return place;
 }
 
@@ -145,7 +147,8 @@ fs::path moveToTrash(const fs::path& item)
     char date[32];
     std::strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%S", &local);
     std::ofstream(notes / (place.filename().string() + ".trashinfo"))
-        << "[Trash Info]\nPath=" << URL::fileURLWithPath(String::fromUtf8(item.string())).absoluteString().utf8().substr(7)
+        << "[Trash Info]\nPath="
+        << URL::fileURLWithPath(String::fromUtf8(item.string())).absoluteString().utf8().substr(7)
         << "\nDeletionDate=" << date << '\n';
     return place;
 }
@@ -167,12 +170,14 @@ Datum makeItem(CommandCall& call)
     if (itemClass != Symbol::Folder && itemClass != Symbol::File)
         fail(ScriptErrorNumber::CannotGet, String(u"Can’t make an element of that class."));
     const Datum& at = call.argument("at");
-    const fs::path folder = at.isSet() ? pathOf(call.interpreter, call.interpreter.value(at))
-                                       : fs::path(folderPath(Symbol::DesktopFolder, Symbol::UserDomain).value_or(String()).utf8());
+    const fs::path folder = at.isSet()
+        ? pathOf(call.interpreter, call.interpreter.value(at))
+        : fs::path(folderPath(Symbol::DesktopFolder, Symbol::UserDomain).value_or(String()).utf8());
     const Datum properties = call.interpreter.value(call.argument("with properties"));
     const auto* record = properties.get<Record>();
     const Datum* name = record ? record->find(Symbol::Name) : nullptr;
-    const fs::path place = name ? folder / requireText(call.interpreter, *name).utf8() : freePlace(folder / "untitled folder");
+    const fs::path place
+        = name ? folder / requireText(call.interpreter, *name).utf8() : freePlace(folder / "untitled folder");
     std::error_code error;
     if (fs::exists(fs::symlink_status(place, error)))
         failChange(place, std::make_error_code(std::errc::file_exists));

@@ -122,7 +122,8 @@ Datum decoded(CommandCall& call, std::string bytes)
     String text;
     if (wanted == Symbol::Utf8Text)
         text = String::fromUtf8(bytes);
-    else if (wanted == Symbol::UnicodeText && !bytes.starts_with("\xFE\xFF") && !bytes.starts_with("\xFF\xFE"))
+    else if (wanted == Symbol::UnicodeText && !bytes.starts_with("\xFE\xFF")
+        && !bytes.starts_with("\xFF\xFE"))
         text = decodeScript("\xFE\xFF" + bytes);
     else if (wanted == Symbol::String)
         text = stringFromMacRoman(bytes);
@@ -170,8 +171,9 @@ Datum readFile(CommandCall& call)
         bytes.resize(std::min(bytes.find(requireText(call.interpreter, before).utf8()), bytes.size()));
     Datum value = decoded(call, std::move(bytes));
     const Datum& delimiter = call.argument("using delimiter");
-    return delimiter.isSet() && value.is(Kind::Text) ? splitByDelimiter(call, value.as<Text>().value(), delimiter)
-                                                     : value;
+    return delimiter.isSet() && value.is(Kind::Text)
+        ? splitByDelimiter(call, value.as<Text>().value(), delimiter)
+        : value;
 }
 
 std::string encoded(CommandCall& call, const Datum& value)
@@ -199,7 +201,8 @@ Datum writeFile(CommandCall& call)
         std::fseek(file->file.get(), static_cast<long>(placeOf(call, start, sizeOf(*file))), SEEK_SET);
     else
         std::fseek(file->file.get(), 0, SEEK_CUR); // Between reading and writing the place must be set anew.
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file->file.get()) != bytes.size() || std::fflush(file->file.get()) != 0)
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file->file.get()) != bytes.size()
+        || std::fflush(file->file.get()) != 0)
         fail(ScriptErrorNumber::FilePermission, String(u"The file could not be written."));
     return {};
 }
@@ -214,7 +217,8 @@ Datum infoFor(CommandCall& call)
     const Datum made = make<Record>();
     const bool isFolder = fs::is_directory(path.utf8(), ignored);
     for (const Symbol name : { Symbol::Name, Symbol::CreationDate, Symbol::ModificationDate, Symbol::Size,
-             Symbol::NameExtension, Symbol::Visible, Symbol::DisplayedName, Symbol::Kind, Symbol::FileType, Symbol::Locked, Symbol::PackageFolder })
+             Symbol::NameExtension, Symbol::Visible, Symbol::DisplayedName, Symbol::Kind, Symbol::FileType,
+             Symbol::Locked, Symbol::PackageFolder })
         made.as<Record>().set(name, fileProperty(call.interpreter, item, name).value_or(Datum::missing()));
     made.as<Record>().set(Symbol::Folder, Datum::boolean(isFolder));
     made.as<Record>().set(Symbol::Alias, Datum::boolean(fs::is_symlink(path.utf8(), ignored)));
@@ -244,8 +248,8 @@ Datum listFolder(CommandCall& call)
 
 constexpr CommandParameter openParameters[] = { { "write permission", true } };
 constexpr CommandParameter setEofParameters[] = { { "to" } };
-constexpr CommandParameter readParameters[]
-    = { { "from" }, { "for" }, { "to" }, { "before" }, { "until" }, { "using delimiter" }, { "using delimiters" }, { "as" } };
+constexpr CommandParameter readParameters[] = { { "from" }, { "for" }, { "to" }, { "before" }, { "until" },
+    { "using delimiter" }, { "using delimiters" }, { "as" } };
 constexpr CommandParameter writeParameters[] = { { "to" }, { "starting at" }, { "for" }, { "as" } };
 constexpr CommandParameter infoParameters[] = { { "size", true } };
 constexpr CommandParameter listParameters[] = { { "invisibles", true } };

@@ -85,11 +85,13 @@ Datum itemNamed(const Datum& container, const Selector& selector, const String& 
         || name.view().find(u':') != std::u16string_view::npos;
     String path;
     if (name.view().starts_with(u'~'))
-        path = format(u"%@%@", folderPath(Symbol::HomeFolder, Symbol::UserDomain).value_or(String()), name.substringFrom(1));
+        path = format(u"%@%@", folderPath(Symbol::HomeFolder, Symbol::UserDomain).value_or(String()),
+            name.substringFrom(1));
     else if (name.view().starts_with(u'/'))
         path = name;
     else
-        path = whole ? posixPath(name) : format(u"%@/%@", String::fromUtf8(withoutSlash(folderOf(container))), name);
+        path = whole ? posixPath(name)
+                     : format(u"%@/%@", String::fromUtf8(withoutSlash(folderOf(container))), name);
     std::error_code ignored;
     if (!fs::exists(path.utf8(), ignored))
         failGet(selectorText(selector), container);
@@ -108,7 +110,7 @@ String nameOf(const fs::path& path)
 
 std::optional<Datum> statProperty(const fs::path& path, Symbol name)
 {
-    struct stat status {};
+    struct stat status { };
     if (stat(path.c_str(), &status) != 0)
         return std::nullopt;
     switch (name) {
@@ -140,7 +142,8 @@ std::optional<Datum> itemProperty(const FileObject& item, Symbol name)
         return Datum::text(String::fromUtf8(extension.empty() ? extension : extension.substr(1)));
     }
     case Symbol::PosixPath:
-        return Datum::text(folder && !item.path.view().ends_with(u'/') ? format(u"%@/", item.path) : item.path);
+        return Datum::text(
+            folder && !item.path.view().ends_with(u'/') ? format(u"%@/", item.path) : item.path);
     case Symbol::Path:
         return Datum::text(hfsPath(item.path));
     case Symbol::Url:
@@ -184,7 +187,8 @@ std::optional<Datum> applicationProperty(const ApplicationObject& application, S
     case Symbol::StartupDisk:
         return make<FileObject>(Symbol::Disk, String(u"/"));
     case Symbol::Home:
-        return make<FileObject>(Symbol::Folder, folderPath(Symbol::HomeFolder, Symbol::UserDomain).value_or(String()));
+        return make<FileObject>(
+            Symbol::Folder, folderPath(Symbol::HomeFolder, Symbol::UserDomain).value_or(String()));
     case Symbol::Selection:
         return make<List>();
     default:

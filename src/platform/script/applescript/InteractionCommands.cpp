@@ -17,16 +17,17 @@ Datum refuse(CommandCall& call)
 // Nothing depends on their being heard.
 Datum ignore(CommandCall&) { return {}; }
 
-constexpr CommandParameter dialogParameters[] = { { "default answer" }, { "hidden answer" }, { "buttons" },
-    { "default button" }, { "cancel button" }, { "with title" }, { "with icon" }, { "giving up after" },
-    { "message" }, { "as" }, { "subtitle" }, { "sound name" }, { "hidden answer", true }, { "icon" }, { "title" } };
+constexpr CommandParameter dialogParameters[]
+    = { { "default answer" }, { "hidden answer" }, { "buttons" }, { "default button" }, { "cancel button" },
+          { "with title" }, { "with icon" }, { "giving up after" }, { "message" }, { "as" }, { "subtitle" },
+          { "sound name" }, { "hidden answer", true }, { "icon" }, { "title" } };
 constexpr CommandParameter chooseParameters[] = { { "with prompt" }, { "of type" }, { "default location" },
     { "default name" }, { "with title" }, { "default items" }, { "OK button name" }, { "cancel button name" },
     { "invisibles", true }, { "multiple selections allowed", true }, { "showing package contents", true },
     { "empty selection allowed", true }, { "prompt" }, { "default color" }, { "as" }, { "showing" },
     { "editable URL" }, { "from" } };
-constexpr CommandParameter sayParameters[] = { { "using" }, { "displaying" }, { "saving to" }, { "speaking rate" },
-    { "waiting until completion" }, { "volume" }, { "pitch" }, { "modulation" } };
+constexpr CommandParameter sayParameters[] = { { "using" }, { "displaying" }, { "saving to" },
+    { "speaking rate" }, { "waiting until completion" }, { "volume" }, { "pitch" }, { "modulation" } };
 
 constexpr CommandSpec commands[] = {
     { .name = "display dialog", .perform = refuse, .parameters = dialogParameters },
@@ -38,7 +39,10 @@ constexpr CommandSpec commands[] = {
     { .name = "choose from list", .perform = refuse, .parameters = chooseParameters },
     { .name = "choose color", .perform = refuse, .parameters = chooseParameters, .bindsTightly = true },
     { .name = "choose application", .perform = refuse, .parameters = chooseParameters, .bindsTightly = true },
-    { .name = "choose remote application", .perform = refuse, .parameters = chooseParameters, .bindsTightly = true },
+    { .name = "choose remote application",
+        .perform = refuse,
+        .parameters = chooseParameters,
+        .bindsTightly = true },
     { .name = "choose URL", .perform = refuse, .parameters = chooseParameters, .bindsTightly = true },
     { .name = "beep", .perform = ignore, .parameters = {}, .bindsTightly = true },
     { .name = "say", .perform = ignore, .parameters = sayParameters, .needsDirect = true },

@@ -28,10 +28,7 @@ std::size_t usableStack()
 
 const char* stackPointer() { return static_cast<const char*>(__builtin_frame_address(0)); }
 
-String argumentList(std::span<const Datum> arguments)
-{
-    return format(u"%d parameters", arguments.size());
-}
+String argumentList(std::span<const Datum> arguments) { return format(u"%d parameters", arguments.size()); }
 
 } // namespace
 
@@ -153,16 +150,17 @@ Datum Interpreter::call(const Callee& callee, ScriptObject& self, std::span<Datu
 Datum Interpreter::callLabelled(const Callee& callee, ScriptObject& self, const LabelledArguments& arguments)
 {
     return enter(callee, self, [&](const HandlerCode& handler, Frame& frame) {
-        const ExpressionPointer* first
-            = handler.direct ? &handler.direct : handler.positional.empty() ? nullptr : &handler.positional[0];
+        const ExpressionPointer* first = handler.direct ? &handler.direct
+            : handler.positional.empty()                ? nullptr
+                                                        : &handler.positional[0];
         if (first && *first) {
             if (!arguments.direct.isSet())
                 fail(ScriptErrorNumber::ParameterMissing, String(u"The direct parameter is missing."));
             (*first)->assign(frame, arguments.direct);
         }
         for (const auto& parameter : handler.labelled) {
-            const auto given = std::ranges::find(
-                arguments.labelled, parameter.label, &std::pair<Symbol, Datum>::first);
+            const auto given
+                = std::ranges::find(arguments.labelled, parameter.label, &std::pair<Symbol, Datum>::first);
             if (given != arguments.labelled.end())
                 parameter.pattern->assign(frame, given->second);
             else if (parameter.fallback)

@@ -23,8 +23,8 @@ bool isNameStart(char16_t unit)
 bool isNamePart(char16_t unit) { return isNameStart(unit) || isDigit(unit); }
 bool isBlank(char16_t unit)
 {
-    return unit == u' ' || unit == u'\t' || unit == 0xA0 || unit == 0x3000 || unit == 0xFEFF
-        || unit == 0x0B || unit == 0x0C;
+    return unit == u' ' || unit == u'\t' || unit == 0xA0 || unit == 0x3000 || unit == 0xFEFF || unit == 0x0B
+        || unit == 0x0C;
 }
 
 class Lexer {
@@ -297,12 +297,13 @@ private:
             TokenType type;
         };
         using T = TokenType;
-        static constexpr Mark marks[] = { { u"'s", T::Possessive }, { u"’s", T::Possessive }, { u"<=", T::LessOrEqual },
-            { u">=", T::GreaterOrEqual }, { u"/=", T::NotEqual }, { u"(", T::LeftParenthesis },
-            { u")", T::RightParenthesis }, { u"{", T::LeftBrace }, { u"}", T::RightBrace }, { u"[", T::LeftBrace },
-            { u"]", T::RightBrace }, { u",", T::Comma }, { u":", T::Colon }, { u"+", T::Plus }, { u"-", T::Minus },
-            { u"−", T::Minus }, { u"*", T::Times }, { u"/", T::Divide }, { u"÷", T::Divide }, { u"^", T::Power },
-            { u"&", T::Ampersand }, { u"=", T::Equal }, { u"≠", T::NotEqual }, { u"<", T::Less }, { u"≤", T::LessOrEqual },
+        static constexpr Mark marks[] = { { u"'s", T::Possessive }, { u"’s", T::Possessive },
+            { u"<=", T::LessOrEqual }, { u">=", T::GreaterOrEqual }, { u"/=", T::NotEqual },
+            { u"(", T::LeftParenthesis }, { u")", T::RightParenthesis }, { u"{", T::LeftBrace },
+            { u"}", T::RightBrace }, { u"[", T::LeftBrace }, { u"]", T::RightBrace }, { u",", T::Comma },
+            { u":", T::Colon }, { u"+", T::Plus }, { u"-", T::Minus }, { u"−", T::Minus }, { u"*", T::Times },
+            { u"/", T::Divide }, { u"÷", T::Divide }, { u"^", T::Power }, { u"&", T::Ampersand },
+            { u"=", T::Equal }, { u"≠", T::NotEqual }, { u"<", T::Less }, { u"≤", T::LessOrEqual },
             { u">", T::Greater }, { u"≥", T::GreaterOrEqual } };
         for (const Mark& mark : marks) {
             if (startsWith(mark.text)) {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/script/applescript/Datum.h"
 #include "platform/base/Range.h"
+#include "platform/script/applescript/Datum.h"
 
 #include <vector>
 

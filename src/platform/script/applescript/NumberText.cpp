@@ -55,7 +55,9 @@ std::optional<Datum> numberFromText(std::u16string_view text)
     bool whole = true;
     for (const char16_t unit : text) {
         const bool digit = unit >= u'0' && unit <= u'9';
-        if (!digit && !(unit < 0x80 && std::string_view("+-.eE").find(static_cast<char>(unit)) != std::string_view::npos))
+        if (!digit
+            && !(unit < 0x80
+                && std::string_view("+-.eE").find(static_cast<char>(unit)) != std::string_view::npos))
             return std::nullopt;
         whole = whole && (digit || unit == u'-');
         digits += static_cast<char>(unit);

@@ -71,8 +71,8 @@ private:
     std::unique_ptr<Statement> parseStatement();
     std::unique_ptr<Statement> parseStatementStrictly();
     std::unique_ptr<Statement> skipUnknownStatement(std::size_t first);
-    bool isSetClipboard() const;
-    std::unique_ptr<Statement> parseSetClipboard();
+    bool isSetCommand() const;
+    std::unique_ptr<Statement> parseSetCommand();
     std::unique_ptr<Statement> parseSet();
     std::unique_ptr<Statement> parseCopy();
     std::unique_ptr<Statement> parseIf();
@@ -102,6 +102,7 @@ private:
     ExpressionPointer parseBinary(Level level);
     ExpressionPointer parseUnary();
     ExpressionPointer combine(Operator operation, ExpressionPointer left, ExpressionPointer right);
+    bool acceptIsRunning();
     std::optional<Operator> acceptComparison();
     std::optional<Operator> acceptIs();
     std::optional<Operator> acceptDoesNot();

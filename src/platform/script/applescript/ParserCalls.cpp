@@ -30,7 +30,8 @@ ExpressionPointer Parser::parseInterleavedCall(Symbol name)
     while (accept(TokenType::Colon)) {
         whole = format(u"%@:", whole);
         call->arguments.push_back(parseBinary(Concatenation));
-        const bool goesOn = (at(TokenType::Word) || at(TokenType::BarredName)) && peek(1).is(TokenType::Colon);
+        const bool goesOn
+            = (at(TokenType::Word) || at(TokenType::BarredName)) && peek(1).is(TokenType::Colon);
         if (goesOn)
             whole = format(u"%@%@", whole, plainName(next().symbol));
     }
@@ -43,7 +44,8 @@ ExpressionPointer Parser::parseLabelledCall(Symbol name)
 {
     const Nesting nesting(*this);
     auto call = std::make_unique<LabelledCallExpression>(name);
-    const auto isLabel = [&] { return at(TokenType::Word) && (isPreposition(peek().symbol) || at(Symbol::Given)); };
+    const auto isLabel
+        = [&] { return at(TokenType::Word) && (isPreposition(peek().symbol) || at(Symbol::Given)); };
     const bool marked = accept(Symbol::Of) || accept(Symbol::In);
     if (marked || (!isLabel() && startsOperand()))
         call->direct = parseBinary(As);
@@ -59,7 +61,8 @@ ExpressionPointer Parser::parseLabelledCall(Symbol name)
             call->labelled.emplace_back(label, parseBinary(As));
         } else
             return call;
-        if (at(TokenType::Comma) && (peek(1).is(Symbol::With) || peek(1).is(Symbol::Without) || peek(1).is(Symbol::Given)))
+        if (at(TokenType::Comma)
+            && (peek(1).is(Symbol::With) || peek(1).is(Symbol::Without) || peek(1).is(Symbol::Given)))
             next();
     }
 }

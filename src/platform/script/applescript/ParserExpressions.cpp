@@ -38,11 +38,14 @@ ExpressionPointer Parser::parseBinary(Level level)
                 return left;
             auto right = parseBinary(tighter);
             const unsigned below = std::max(depth, right->depth);
-            left = checked(std::make_unique<LogicExpression>(level == Or, std::move(left), std::move(right)), below);
+            left = checked(
+                std::make_unique<LogicExpression>(level == Or, std::move(left), std::move(right)), below);
         } else if (level == As) {
             if (!accept(Symbol::As))
                 return left;
             left = checked(std::make_unique<CoerceExpression>(std::move(left), parseType()), depth);
+        } else if (level == Comparison && acceptIsRunning()) {
+            left = attach(std::make_unique<PropertyExpression>(Symbol::Running), std::move(left));
         } else if (level == Comparison) {
             const auto operation = acceptComparison();
             if (!operation)
@@ -86,6 +89,15 @@ std::optional<Operator> Parser::acceptArithmetic(Level level)
     return std::nullopt;
 }
 
+// application "x" is running
+bool Parser::acceptIsRunning()
+{
+    if (!at(Symbol::Is) || !peek(1).is(Symbol::Running) || m_scopes.isDeclared(Symbol::Running))
+        return false;
+    m_at += 2;
+    return true;
+}
+
 std::optional<Operator> Parser::acceptComparison()
 {
     struct Row {
@@ -108,7 +120,8 @@ std::optional<Operator> Parser::acceptComparison()
         return acceptIs();
     if (at(Symbol::Isnt))
         return acceptIs();
-    if (at(Symbol::Does) || at(Symbol::Doesnt) || at(symbolOfPlainName(u"do")) || at(symbolOfPlainName(u"don't")))
+    if (at(Symbol::Does) || at(Symbol::Doesnt) || at(symbolOfPlainName(u"do"))
+        || at(symbolOfPlainName(u"don't")))
         return acceptDoesNot();
     return acceptRelation();
 }
@@ -187,7 +200,7 @@ std::optional<Operator> Parser::acceptRelation()
         return Operator::Equal;
     }
     const bool starts = at(Symbol::Starts) || at(Symbol::Begins) || at(Symbol::Start);
-    if ((starts || at(Symbol::Ends)) && peek(1).is(Symbol::With)) {
+    if ((starts || at(Symbol::Ends) || at(Symbol::End)) && peek(1).is(Symbol::With)) {
         m_at += 2;
         return starts ? Operator::StartsWith : Operator::EndsWith;
     }
@@ -200,7 +213,8 @@ std::optional<Operator> Parser::acceptRelation()
         accept(Symbol::To);
         return less ? Operator::LessOrEqual : Operator::GreaterOrEqual;
     }
-    if ((at(Symbol::Comes) || at(Symbol::Come)) && (peek(1).is(Symbol::Before) || peek(1).is(Symbol::After))) {
+    if ((at(Symbol::Comes) || at(Symbol::Come))
+        && (peek(1).is(Symbol::Before) || peek(1).is(Symbol::After))) {
         next();
         return next().is(Symbol::Before) ? Operator::Less : Operator::Greater;
     }
@@ -265,7 +279,8 @@ ExpressionPointer Parser::parseType()
     if (at(TokenType::Raw))
         return parseRaw();
     const TermMatch term = termHere();
-    const bool isClass = term.words && ((kindsOf(term.symbol) & ClassName) || term.symbol == Symbol::MissingValue);
+    const bool isClass
+        = term.words && ((kindsOf(term.symbol) & ClassName) || term.symbol == Symbol::MissingValue);
     if (isClass && !m_scopes.isDeclared(peek().symbol)) {
         m_at += term.words;
         if (accept(Symbol::Of)) // as list of text

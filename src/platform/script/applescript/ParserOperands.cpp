@@ -96,7 +96,6 @@ ExpressionPointer Parser::attach(ExpressionPointer part, ExpressionPointer conta
     } else if (const auto* name = dynamic_cast<Variable*>(part.get())) {
         auto property = std::make_unique<PropertyExpression>(name->name);
         property->target = std::move(container);
-        m_scopes.handler().forgetUse(*name);
         part = std::move(property);
     } else {
         failExpected(String(u"property or element"));
@@ -135,7 +134,8 @@ ExpressionPointer Parser::parsePostfixOf(ExpressionPointer expression, bool isCo
         next();
         auto target = std::move(element->target);
         expression.release();
-        auto filter = std::make_unique<FilterExpression>(std::unique_ptr<ElementExpression>(element), parseExpression());
+        auto filter = std::make_unique<FilterExpression>(
+            std::unique_ptr<ElementExpression>(element), parseExpression());
         filter->target = std::move(target);
         expression = std::move(filter);
     };
@@ -196,7 +196,9 @@ ExpressionPointer Parser::parseRaw()
         code.erase(0, 4);
     if ((kind != "class" && kind != "constant" && kind != "property" && kind != "data") || code.size() < 4)
         failExpected(String(u"class name"));
-    const auto byte = [&](std::size_t index) { return static_cast<std::uint32_t>(static_cast<unsigned char>(code[index])); };
+    const auto byte = [&](std::size_t index) {
+        return static_cast<std::uint32_t>(static_cast<unsigned char>(code[index]));
+    };
     const FourCharCode number = byte(0) << 24 | byte(1) << 16 | byte(2) << 8 | byte(3);
     if (kind == "data") {
         std::vector<std::uint8_t> bytes;
@@ -220,13 +222,15 @@ ExpressionPointer Parser::parseWord()
     const Symbol word = peek().symbol;
     if (kindsOf(word) & ReservedWord)
         return parseReservedWord();
-    if (word == Symbol::A && (peek(1).is(Symbol::Reference) || peek(1).is(Symbol::Ref)) && peek(2).is(Symbol::To)) {
+    if (word == Symbol::A && (peek(1).is(Symbol::Reference) || peek(1).is(Symbol::Ref))
+        && peek(2).is(Symbol::To)) {
         m_at += 3;
         accept(Symbol::The);
         return std::make_unique<ReferenceExpression>(parsePostfix());
     }
     const bool declared = m_scopes.isDeclared(word);
-    if (m_labelledHandlers.contains(word) && !peek(1).is(TokenType::LeftParenthesis) && !declared)
+    if (m_labelledHandlers.contains(word) && !peek(1).is(TokenType::LeftParenthesis)
+        && !m_scopes.isLocal(word))
         return parseLabelledCall(next().symbol);
     const bool isCall = peek(1).is(TokenType::LeftParenthesis) && !peek(1).spaceBefore;
     const TermMatch term = termHere();
@@ -234,12 +238,15 @@ ExpressionPointer Parser::parseWord()
     if (command.spec && command.words >= term.words && !declared && !followsPossessive()) {
         const std::size_t start = m_at;
         m_at += command.words;
-        const bool fits = !command.spec->needsDirect || startsOperand() || at(Symbol::Of) || at(Symbol::Script);
-        if (fits && !(isCall && command.words == 1 && command.spec->needsDirect && m_handlerNames.contains(word)))
+        const bool fits
+            = !command.spec->needsDirect || startsOperand() || at(Symbol::Of) || at(Symbol::Script);
+        if (fits
+            && !(isCall && command.words == 1 && command.spec->needsDirect && m_handlerNames.contains(word)))
             return parseCommand(command);
         m_at = start;
     }
-    const bool isTerm = term.words && (term.words > 1 || (!declared && !(isCall && m_handlerNames.contains(word))));
+    const bool isTerm
+        = term.words && (term.words > 1 || (!declared && !(isCall && m_handlerNames.contains(word))));
     return isTerm ? parseTerm(term) : parseIdentifier();
 }
 
@@ -278,9 +285,29 @@ ExpressionPointer Parser::parseReservedWord()
         next();
         accept(Symbol::To);
         return std::make_unique<ReferenceExpression>(parsePostfix());
+    case Symbol::Get:
+        if (const CommandMatch command = matchCommand(upcomingWords()); command.spec) {
+            m_at += command.words;
+            return parseCommand(command);
+        }
+        next();
+        return parsePostfix();
+    case Symbol::As: // as taught in school
+        if (const TermMatch term = termHere(); term.words)
+            return parseTerm(term);
+        failExpected(String(u"expression"));
     case Symbol::Every:
         return parseEvery();
     case Symbol::First:
+    case Symbol::Second:
+    case Symbol::Third:
+    case Symbol::Fourth:
+    case Symbol::Fifth:
+    case Symbol::Sixth:
+    case Symbol::Seventh:
+    case Symbol::Eighth:
+    case Symbol::Ninth:
+    case Symbol::Tenth:
     case Symbol::Last:
     case Symbol::Front:
     case Symbol::Back:

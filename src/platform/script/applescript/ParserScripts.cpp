@@ -22,7 +22,8 @@ void Parser::parseScriptBody(ScriptCode& code)
 
 bool Parser::startsHandler() const
 {
-    return (at(Symbol::On) || at(Symbol::To)) && (peek(1).is(TokenType::Word) || peek(1).is(TokenType::BarredName));
+    return (at(Symbol::On) || at(Symbol::To))
+        && (peek(1).is(TokenType::Word) || peek(1).is(TokenType::BarredName));
 }
 
 void Parser::parseScriptLine(ScriptCode& code, std::vector<std::unique_ptr<Statement>>& statements)
@@ -180,7 +181,8 @@ void Parser::parseInterleavedParameters(HandlerCode& handler)
 void Parser::parseLabelledParameters(HandlerCode& handler)
 {
     handler.isLabelled = true;
-    const auto isLabel = [&] { return at(Symbol::Given) || (at(TokenType::Word) && isPreposition(peek().symbol)); };
+    const auto isLabel
+        = [&] { return at(Symbol::Given) || (at(TokenType::Word) && isPreposition(peek().symbol)); };
     const bool marked = accept(Symbol::Of) || accept(Symbol::In);
     if (marked || (!at(TokenType::EndOfLine) && !isLabel()))
         handler.direct = parsePattern();

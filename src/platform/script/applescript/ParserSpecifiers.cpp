@@ -8,7 +8,8 @@ namespace caddis::applescript {
 ExpressionPointer Parser::parseTerm(const TermMatch& term)
 {
     const unsigned kinds = kindsOf(term.symbol);
-    const bool isPart = followsPossessive() || (m_at > 0 && (m_tokens[m_at - 1].is(Symbol::My) || m_tokens[m_at - 1].is(Symbol::Its)));
+    const bool isPart = followsPossessive()
+        || (m_at > 0 && (m_tokens[m_at - 1].is(Symbol::My) || m_tokens[m_at - 1].is(Symbol::Its)));
     const bool hasOf = peek(term.words).is(Symbol::Of) || peek(term.words).is(Symbol::In);
     if (kinds & PropertyName && (isPart || hasOf || !(kinds & (ClassName | ConstantName)))) {
         m_at += term.words;
@@ -57,11 +58,20 @@ ExpressionPointer Parser::parseClass(const TermMatch& term)
         if (startsIndex())
             return std::make_unique<ObjectExpression>(canonicalClass(name), parsePostfix());
     }
+    // The text of code points.
+    const bool isText = canonicalClass(name) == Symbol::Text || name == Symbol::Character;
+    if (isText && at(Symbol::Id) && !peek(1).is(Symbol::Of)) {
+        next();
+        return std::make_unique<ObjectExpression>(
+            Symbol::Id, at(TokenType::LeftBrace) ? parseList() : parseIndex());
+    }
     const bool hasElements = (kindsOf(name) & ElementClass) != 0;
     const bool hasOf = at(Symbol::Of) || at(Symbol::In);
     const bool selects = startsIndex() || at(Symbol::From) || at(Symbol::Named)
-        || (at(Symbol::Id) && !peek(1).is(Symbol::Of)) || (at(Symbol::Index) && peek(1).is(TokenType::Integer));
-    if (hasElements && (selects || hasOf || term.isPlural || at(Symbol::Whose) || at(Symbol::Where) || isPart))
+        || (at(Symbol::Id) && !peek(1).is(Symbol::Of))
+        || (at(Symbol::Index) && peek(1).is(TokenType::Integer));
+    if (hasElements
+        && (selects || hasOf || term.isPlural || at(Symbol::Whose) || at(Symbol::Where) || isPart))
         return parseElement(name);
     return std::make_unique<Literal>(Datum::classNamed(canonicalClass(name)));
 }
@@ -143,6 +153,8 @@ ExpressionPointer Parser::parseOrdinal(Symbol word)
         index = static_cast<std::int64_t>(next().number);
     else if (word == Symbol::Last || word == Symbol::Back)
         index = -1;
+    else if (word >= Symbol::Second && word <= Symbol::Tenth)
+        index = 2 + static_cast<int>(word) - static_cast<int>(Symbol::Second);
     const TermMatch term = termHere();
     if (!term.words || !(kindsOf(term.symbol) & ElementClass))
         failExpected(String(u"class name"));

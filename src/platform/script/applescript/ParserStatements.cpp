@@ -41,6 +41,7 @@ std::unique_ptr<Statement> Parser::parseStatement()
     if (!m_applications)
         return parseStatementStrictly();
     const std::size_t first = m_at;
+    const Scopes::Mark mark = m_scopes.mark();
     const unsigned depth = m_depth;
     const unsigned loops = m_loops;
     const unsigned applications = m_applications;
@@ -50,6 +51,7 @@ std::unique_ptr<Statement> Parser::parseStatement()
         if (failure.is(ScriptErrorNumber::StackOverflow))
             throw;
         m_at = first;
+        m_scopes.restore(mark);
         m_depth = depth;
         m_loops = loops;
         m_applications = applications;
@@ -73,7 +75,8 @@ std::unique_ptr<Statement> Parser::skipUnknownStatement(std::size_t first)
     }
     if (last == first && (at(Symbol::End) || at(Symbol::Else)))
         failExpected(String(u"expression"));
-    auto statement = std::make_unique<ExpressionStatement>(rangeFrom(first), std::make_unique<UnknownExpression>());
+    auto statement
+        = std::make_unique<ExpressionStatement>(rangeFrom(first), std::make_unique<UnknownExpression>());
     accept(TokenType::EndOfLine);
     if (opensBlock && !oneLine) {
         const Nesting nesting(*this);
@@ -96,7 +99,7 @@ std::unique_ptr<Statement> Parser::parseStatementStrictly()
     const Symbol word = at(TokenType::Word) ? peek().symbol : Symbol::None;
     switch (word) {
     case Symbol::Set:
-        return isSetClipboard() ? parseSetClipboard() : parseSet();
+        return isSetCommand() ? parseSetCommand() : parseSet();
     case Symbol::Copy:
     case Symbol::Put:
         return parseCopy();
@@ -138,7 +141,6 @@ std::unique_ptr<Statement> Parser::parseStatementStrictly()
 std::unique_ptr<Statement> Parser::parseExpressionStatement()
 {
     const std::size_t first = m_at;
-    accept(Symbol::Get);
     auto expression = parseExpression();
     auto statement = std::make_unique<ExpressionStatement>(rangeFrom(first), std::move(expression));
     expectEndOfStatement();
@@ -166,20 +168,20 @@ ExpressionPointer Parser::parsePlace()
     return place;
 }
 
-// `set the clipboard to x` is a command that looks like an assignment.
-bool Parser::isSetClipboard() const
+// `set the clipboard to x` and `set eof f to n` are commands that look like assignments.
+bool Parser::isSetCommand() const
 {
     const std::size_t ahead = peek(1).is(Symbol::The) ? 2 : 1;
-    return peek(ahead).is(symbolOfPlainName(u"clipboard")) && peek(ahead + 1).is(Symbol::To);
+    return (peek(ahead).is(symbolOfPlainName(u"clipboard")) && peek(ahead + 1).is(Symbol::To))
+        || peek(ahead).is(Symbol::Eof);
 }
 
-std::unique_ptr<Statement> Parser::parseSetClipboard()
+std::unique_ptr<Statement> Parser::parseSetCommand()
 {
     const std::size_t first = m_at;
     next();
     accept(Symbol::The);
-    next();
-    const Symbol name[] = { Symbol::Set, symbolOfPlainName(u"clipboard") };
+    const Symbol name[] = { Symbol::Set, next().symbol };
     auto command = parseCommand(matchCommand(name));
     auto statement = std::make_unique<ExpressionStatement>(rangeFrom(first), std::move(command));
     expectEndOfStatement();
@@ -349,7 +351,8 @@ std::unique_ptr<Statement> Parser::parseReturn()
 
 namespace {
 
-// Nothing for a term that is no attribute; applications' responses are an attribute that changes nothing here.
+// Nothing for a term that is no attribute; applications' responses are an attribute that changes nothing
+// here.
 std::optional<unsigned> attributeNamed(Symbol name)
 {
     switch (name) {

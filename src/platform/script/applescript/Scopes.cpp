@@ -6,6 +6,19 @@
 
 namespace caddis::applescript {
 
+Variable::~Variable()
+{
+    if (scope)
+        scope->forgetUse(*this);
+}
+
+void HandlerScope::addUse(Variable& variable)
+{
+    variable.scope = this;
+    variable.useInScope = m_uses.size();
+    m_uses.push_back(&variable);
+}
+
 void HandlerScope::resolve()
 {
     for (const Symbol name : m_locals) {
@@ -13,8 +26,12 @@ void HandlerScope::resolve()
             fail(ScriptErrorNumber::LocalAndGlobal,
                 format(u"The variable %@ can’t be both local and global.", sourceName(name)));
     }
-    for (Variable* variable : m_uses)
+    for (Variable* variable : m_uses) {
+        if (!variable)
+            continue;
         resolve(*variable);
+        variable->scope = nullptr;
+    }
 }
 
 // A handler's own declarations first, then what the script around it has; a name that nothing declares is a
@@ -35,7 +52,8 @@ void HandlerScope::resolve(Variable& variable)
     } else if (m_globals.contains(name)) {
         beGlobal();
     } else if (script.locate(variable, kind)) {
-        if (variable.place == Variable::Place::Capture && kind == Kind::Handler && m_assigned.contains(name)) {
+        if (variable.place == Variable::Place::Capture && kind == Kind::Handler
+            && m_assigned.contains(name)) {
             variable.fallsBack = true;
             variable.fallbackDepth = variable.scriptDepth;
             variable.fallbackSlot = variable.slot;
@@ -77,7 +95,8 @@ bool ScriptScope::locate(Variable& variable, HandlerScope::Kind user)
         if (!outer)
             return false;
         // A script inside a handler knows itself by its name before the variable of that name is set.
-        if (scope->code.name == name && name != Symbol::None && outer->kind != HandlerScope::Kind::Initializers) {
+        if (scope->code.name == name && name != Symbol::None
+            && outer->kind != HandlerScope::Kind::Initializers) {
             variable.place = Variable::Place::Script;
             return true;
         }
@@ -130,10 +149,28 @@ HandlerScope& Scopes::openHandler(HandlerScope::Kind kind, HandlerCode* code)
 
 void Scopes::closeHandler() { m_handlers.pop_back(); }
 
+bool Scopes::isLocal(Symbol name) const
+{
+    return std::ranges::any_of(m_handlers, [&](const HandlerScope* scope) { return scope->declares(name); });
+}
+
 bool Scopes::isDeclared(Symbol name) const
 {
-    return std::ranges::any_of(m_handlers, [&](const HandlerScope* scope) { return scope->declares(name); })
+    return isLocal(name)
         || std::ranges::any_of(m_scripts, [&](const ScriptScope* scope) { return scope->declares(name); });
+}
+
+Scopes::Mark Scopes::mark() const
+{
+    return { m_scripts.size(), m_handlers.size(), m_allScripts.size(), m_allHandlers.size() };
+}
+
+void Scopes::restore(const Mark& mark)
+{
+    m_handlers.resize(mark.handlers);
+    m_scripts.resize(mark.scripts);
+    m_allHandlers.resize(mark.allHandlers);
+    m_allScripts.resize(mark.allScripts);
 }
 
 void Scopes::resolveAll()

@@ -4,8 +4,8 @@
 
 #include <unordered_set>
 
-/// Where names are declared, and what each use of a name means. A use is only understood when the whole source
-/// is read: a property may stand below the handlers that use it.
+/// Where names are declared, and what each use of a name means. A use is only understood when the whole
+/// source is read: a property may stand below the handlers that use it.
 namespace caddis::applescript {
 
 class ScriptScope;
@@ -25,15 +25,16 @@ public:
     void declareLocal(Symbol name) { m_locals.insert(name); }
     void declareGlobal(Symbol name) { m_globals.insert(name); }
     void noteAssigned(Symbol name) { m_assigned.insert(name); }
-    void addUse(Variable& variable) { m_uses.push_back(&variable); }
-    /// For a name that turned out to be no variable.
-    void forgetUse(const Variable& variable) { std::erase(m_uses, &variable); }
+    /// A use takes itself back when it goes, for a name that turned out to be no variable.
+    void addUse(Variable& variable);
+    void forgetUse(const Variable& variable) { m_uses[variable.useInScope] = nullptr; }
     bool declares(Symbol name) const { return m_locals.contains(name) || m_globals.contains(name); }
     /// A name that is a variable of this handler's own, whatever it is outside.
     bool owns(Symbol name) const
     {
-        return kind == Kind::Handler ? m_locals.contains(name) || (m_assigned.contains(name) && !m_globals.contains(name))
-                                     : m_locals.contains(name);
+        return kind == Kind::Handler
+            ? m_locals.contains(name) || (m_assigned.contains(name) && !m_globals.contains(name))
+            : m_locals.contains(name);
     }
     /// Whether scripts inside see the name as a global: their handlers only when it is declared as one.
     bool isGlobalFor(Kind user, Symbol name) const
@@ -100,6 +101,15 @@ public:
     }
     /// Whether an enclosing handler or script declares the name outright, so that it is no term here.
     bool isDeclared(Symbol name) const;
+    /// Whether an enclosing handler has a variable of that name.
+    bool isLocal(Symbol name) const;
+
+    /// Where the reading stands, so that what is read from here on can be forgotten.
+    struct Mark {
+        std::size_t scripts, handlers, allScripts, allHandlers;
+    };
+    Mark mark() const;
+    void restore(const Mark& mark);
 
     /// Gives every use of a name its place.
     void resolveAll();

@@ -21,7 +21,8 @@ ScriptObject::ScriptObject(
 
 ScriptObject::~ScriptObject()
 {
-    refund(sizeof(ScriptObject) + (code.slots.size() + code.captures.size() + code.globals.size()) * sizeof(Datum));
+    refund(sizeof(ScriptObject)
+        + (code.slots.size() + code.captures.size() + code.globals.size()) * sizeof(Datum));
 }
 
 Datum* ScriptObject::find(Symbol name)

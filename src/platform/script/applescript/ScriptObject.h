@@ -11,7 +11,8 @@ public:
     static constexpr Kind ItsKind = Kind::Script;
 
     /// `enclosing` is the script whose code made this one; null for a top-level script.
-    ScriptObject(std::shared_ptr<const Program> itsProgram, const ScriptCode& itsCode, ScriptObject* enclosing);
+    ScriptObject(
+        std::shared_ptr<const Program> itsProgram, const ScriptCode& itsCode, ScriptObject* enclosing);
 
     ~ScriptObject() override;
 

@@ -1,8 +1,8 @@
 #include "platform/script/applescript/SourceText.h"
 
 #include "platform/base/Format.h"
-#include "platform/script/applescript/DateText.h"
 #include "platform/script/HFSPath.h"
+#include "platform/script/applescript/DateText.h"
 #include "platform/script/applescript/NumberText.h"
 #include "platform/script/applescript/ScriptObject.h"
 

@@ -108,7 +108,8 @@ Datum FilterExpression::evaluate(Frame& frame) const
     const Datum all = get(interpreter, holder, { Selector::Form::Every, elements->elementClass });
     const auto* list = all.get<List>();
     if (!list || !list->areElements)
-        failGet(format(u"%@ whose …", selectorText({ Selector::Form::Every, elements->elementClass })), holder);
+        failGet(
+            format(u"%@ whose …", selectorText({ Selector::Form::Every, elements->elementClass })), holder);
     const Datum kept = make<List>();
     kept.as<List>().areElements = true;
     const Datum outer = frame.target;

@@ -62,7 +62,8 @@ Flow SetStatement::execute(Frame& frame) const
 {
     Datum result = value->evaluate(frame);
     if (!result.isSet())
-        fail(ScriptErrorNumber::NoResult, String(u"No result was returned from some part of this expression."));
+        fail(ScriptErrorNumber::NoResult,
+            String(u"No result was returned from some part of this expression."));
     if (copies)
         result = deepCopy(frame.interpreter, frame.interpreter.value(result));
     place->assign(frame, result);

@@ -41,9 +41,8 @@ bool isPlain(std::u16string_view name)
 {
     if (name.empty() || u_isdigit(name[0]))
         return false;
-    return std::ranges::all_of(name, [](char16_t unit) {
-        return unit == u'_' || u_isalpha(unit) || (unit < 0x80 && u_isdigit(unit));
-    });
+    return std::ranges::all_of(name,
+        [](char16_t unit) { return unit == u'_' || u_isalpha(unit) || (unit < 0x80 && u_isdigit(unit)); });
 }
 
 // Keys are lower-case names, names between bars as they stand, and "|name" for a barred name that is also a
@@ -136,7 +135,10 @@ Symbol symbolOfUserName(std::u16string_view name)
     return table().intern(String(key), name);
 }
 
-std::optional<Symbol> existingSymbol(std::u16string_view lowerCaseName) { return table().find(lowerCaseName); }
+std::optional<Symbol> existingSymbol(std::u16string_view lowerCaseName)
+{
+    return table().find(lowerCaseName);
+}
 
 String plainName(Symbol symbol) { return table().spelling(symbol); }
 

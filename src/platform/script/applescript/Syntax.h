@@ -7,8 +7,8 @@
 #include <unordered_map>
 #include <vector>
 
-/// A compiled script: a tree whose nodes run themselves. Variables are places (a slot, a depth) by the time it
-/// runs; no name is looked up on the way.
+/// A compiled script: a tree whose nodes run themselves. Variables are places (a slot, a depth) by the time
+/// it runs; no name is looked up on the way.
 namespace caddis::applescript {
 
 class Interpreter;

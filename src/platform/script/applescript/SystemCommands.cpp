@@ -94,7 +94,8 @@ Datum pathTo(CommandCall& call)
     const Symbol folder = value.is(Kind::Constant) ? value.asSymbol() : Symbol::None;
     std::optional<String> path;
     if (value.is(Kind::Script))
-        path = call.interpreter.scriptPath.isEmpty() ? std::nullopt : std::optional(call.interpreter.scriptPath);
+        path = call.interpreter.scriptPath.isEmpty() ? std::nullopt
+                                                     : std::optional(call.interpreter.scriptPath);
     else
         path = folderPath(folder, domain.is(Kind::Constant) ? domain.asSymbol() : Symbol::UserDomain);
     if (!path)
@@ -133,11 +134,14 @@ Datum systemInfo(CommandCall&)
     record.set(Symbol::LongUserName, textFromBytes(user ? user->pw_gecos : nullptr));
     record.set(Symbol::UserId, Datum::number(getuid()));
     record.set(Symbol::UserLocale, Datum::text(u"en_US"));
-    record.set(Symbol::HomeDirectory, make<FileObject>(Symbol::Alias, folderPath(Symbol::HomeFolder, Symbol::UserDomain).value_or(String())));
+    record.set(Symbol::HomeDirectory,
+        make<FileObject>(
+            Symbol::Alias, folderPath(Symbol::HomeFolder, Symbol::UserDomain).value_or(String())));
     record.set(Symbol::ComputerName, textFromBytes(system.nodename));
     record.set(Symbol::HostName, textFromBytes(system.nodename));
     record.set(Symbol::CpuType, textFromBytes(system.machine));
-    const double megabytes = static_cast<double>(sysconf(_SC_PHYS_PAGES)) * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1048576;
+    const double megabytes
+        = static_cast<double>(sysconf(_SC_PHYS_PAGES)) * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1048576;
     record.set(Symbol::PhysicalMemory, Datum::number(static_cast<std::int64_t>(megabytes)));
     return made;
 }

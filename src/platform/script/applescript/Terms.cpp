@@ -67,7 +67,8 @@ void PhraseTable::add(std::string_view phrase, std::size_t value)
     }
     auto& entries = m_entries[words.front()];
     entries.push_back({ std::move(words), value });
-    std::ranges::stable_sort(entries, std::ranges::greater {}, [](const Entry& entry) { return entry.words.size(); });
+    std::ranges::stable_sort(
+        entries, std::ranges::greater {}, [](const Entry& entry) { return entry.words.size(); });
 }
 
 PhraseTable::Match PhraseTable::longest(std::span<const Symbol> words) const
@@ -76,7 +77,8 @@ PhraseTable::Match PhraseTable::longest(std::span<const Symbol> words) const
     if (found == m_entries.end())
         return {};
     for (const Entry& entry : found->second) {
-        if (entry.words.size() <= words.size() && std::ranges::equal(entry.words, words.first(entry.words.size())))
+        if (entry.words.size() <= words.size()
+            && std::ranges::equal(entry.words, words.first(entry.words.size())))
             return { entry.value, entry.words.size() };
     }
     return {};

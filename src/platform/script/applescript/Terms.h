@@ -15,8 +15,8 @@ struct TermMatch {
     bool isPlural = false; ///< of a class: the words name all its elements
 };
 
-/// The term with the most words that `words` begin with; reserved words are not among them. The plain words of
-/// file applications count only when `inFileApplication`.
+/// The term with the most words that `words` begin with; reserved words are not among them. The plain words
+/// of file applications count only when `inFileApplication`.
 TermMatch matchTerm(std::span<const Symbol> words, bool inFileApplication);
 
 /// The longest phrase there is, in words.

@@ -101,7 +101,10 @@ constexpr CommandSpec commands[] = {
     { .name = "ASCII character", .perform = asciiCharacter, .parameters = {}, .bindsTightly = true },
     { .name = "ASCII number", .perform = asciiNumber, .parameters = {}, .bindsTightly = true },
     { .name = "round", .perform = round, .parameters = roundParameters, .needsDirect = true },
-    { .name = "random number", .perform = randomNumber, .parameters = randomParameters, .bindsTightly = true },
+    { .name = "random number",
+        .perform = randomNumber,
+        .parameters = randomParameters,
+        .bindsTightly = true },
 };
 
 } // namespace

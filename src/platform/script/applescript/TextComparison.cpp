@@ -19,7 +19,10 @@ bool isAscii(std::u16string_view text)
     return std::ranges::all_of(text, [](char16_t unit) { return unit < 0x80; });
 }
 
-bool isHyphen(char16_t unit) { return unit == u'-' || unit == u'\u00AD' || (unit >= 0x2010 && unit <= 0x2015); }
+bool isHyphen(char16_t unit)
+{
+    return unit == u'-' || unit == u'\u00AD' || (unit >= 0x2010 && unit <= 0x2015);
+}
 
 bool isIgnored(char16_t unit)
 {
@@ -37,7 +40,8 @@ void appendFolded(std::u16string& out, UChar32 character)
         const auto unit = static_cast<char16_t>(character);
         if (isIgnored(unit))
             return;
-        out += considers(ConsiderCase) || unit < u'A' || unit > u'Z' ? unit : static_cast<char16_t>(unit + 32);
+        out += considers(ConsiderCase) || unit < u'A' || unit > u'Z' ? unit
+                                                                     : static_cast<char16_t>(unit + 32);
         return;
     }
     UErrorCode status = U_ZERO_ERROR;

@@ -51,7 +51,8 @@ private:
     void fold(const String& text);
 
     std::u16string m_folded;
-    std::vector<std::uint32_t> m_origin; ///< the original index of each folded unit, and the end; empty: the same
+    std::vector<std::uint32_t>
+        m_origin; ///< the original index of each folded unit, and the end; empty: the same
     std::vector<std::u16string> m_wanted;
     std::size_t m_at = 0;
 };

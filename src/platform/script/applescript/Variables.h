@@ -5,6 +5,8 @@
 
 namespace caddis::applescript {
 
+class HandlerScope;
+
 /// A name whose place the parser found out.
 class Variable final : public Expression {
 public:
@@ -21,6 +23,7 @@ public:
         : name(itsName)
     {
     }
+    ~Variable() override;
     Datum evaluate(Frame& frame) const override;
     Datum reference(Frame& frame) const override;
     void assign(Frame& frame, const Datum& value) const override;
@@ -33,6 +36,9 @@ public:
     bool fallsBack = false;
     unsigned fallbackDepth = 0;
     unsigned fallbackSlot = 0;
+    /// While the source is read: the scope that will give it its place, and its number there.
+    HandlerScope* scope = nullptr;
+    std::size_t useInScope = 0;
 
 private:
     Datum unsetLocal(Frame& frame) const;

@@ -1,0 +1,110 @@
+#include "platform/script/applescript/AppleScriptComponent.h"
+
+#include "support/Text.h"
+
+#include <cstring>
+
+namespace caddis {
+namespace {
+
+std::unique_ptr<Script> compiled(std::u16string_view source)
+{
+    auto result = AppleScriptComponent().compile(ScriptText::fromSource(String(source)));
+    auto* script = std::get_if<std::unique_ptr<Script>>(&result);
+    return script ? std::move(*script) : nullptr;
+}
+
+ScriptReply call(Script& script, std::u16string_view handler, std::vector<EventDescriptor> parameters = {})
+{
+    AppleEvent event;
+    event.eventClass = "ascr"_code;
+    event.eventID = "psbr"_code;
+    event.parameters = { { "snam"_code, EventDescriptor::withString(String(handler)) },
+        { "----"_code, EventDescriptor::list(std::move(parameters)) } };
+    return script.send(event, {});
+}
+
+int errorOf(const ScriptReply& reply) { return reply.error ? reply.error->number : 0; }
+
+TEST(AppleScriptComponent, CallsHandlersByTheirLowerCaseNames)
+{
+    const auto script = compiled(
+        u"on DoIt(x)\nx & \"!\"\nend DoIt\non |Mixed|()\nend |Mixed|\non |plain|()\n1\nend |plain|");
+    ASSERT_TRUE(script);
+    EXPECT_EQ(
+        call(*script, u"doit", { EventDescriptor::withString(String(u"a")) }).result.stringValue(), u"a!"_s);
+    EXPECT_EQ(errorOf(call(*script, u"mixed")), -1708);
+    EXPECT_EQ(call(*script, u"plain").result.int32Value(), 1);
+    EXPECT_EQ(errorOf(call(*script, u"doit")), -1721);
+    EXPECT_EQ(errorOf(call(*script, u"absent")), -1708);
+    EXPECT_EQ(script->handlerNames(), (std::vector { u"DoIt"_s, u"Mixed"_s, u"plain"_s }));
+}
+
+TEST(AppleScriptComponent, PropertiesLastFromCallToCallAndStatementsDoNotRun)
+{
+    const auto script
+        = compiled(u"property n : 0\nset g to 5\non bump()\nset n to n + 1\nreturn n\nend bump\n"
+                   u"on ask()\nglobal g\nreturn g\nend ask");
+    ASSERT_TRUE(script);
+    call(*script, u"bump");
+    EXPECT_EQ(call(*script, u"bump").result.int32Value(), 2);
+    EXPECT_EQ(errorOf(call(*script, u"ask")), -2753);
+    script->run({});
+    EXPECT_EQ(call(*script, u"ask").result.int32Value(), 5);
+}
+
+TEST(AppleScriptComponent, ValuesTravelAsDescriptorsAndBack)
+{
+    const auto script
+        = compiled(u"on same(x)\nx\nend same\non label(r)\nr's |name| & r's other\nend label\n"
+                   u"on many()\n{1, 1.5, true, missing value, text, {name:\"n\", mine:2}}\nend many");
+    ASSERT_TRUE(script);
+    const auto opaque = EventDescriptor("abcd"_code, Data::copyOf("xyz"));
+    EXPECT_EQ(call(*script, u"same", { opaque }).result, opaque);
+    const auto date = EventDescriptor::withDate(Date { 1e8 });
+    EXPECT_EQ(call(*script, u"same", { date }).result, date);
+    const auto text = [](std::u16string_view units) { return EventDescriptor::withString(String(units)); };
+    const auto record = EventDescriptor::record({ { "usrf"_code,
+        EventDescriptor::list({ text(u"name"), text(u"a"), text(u"other"), text(u"b") }) } });
+    EXPECT_EQ(call(*script, u"label", { record }).result.stringValue(), u"ab"_s);
+
+    const auto many = call(*script, u"many").result;
+    ASSERT_EQ(many.numberOfItems(), 6U);
+    EXPECT_EQ(many.descriptorAtIndex(1).descriptorType(), "long"_code);
+    EXPECT_EQ(many.descriptorAtIndex(2).descriptorType(), "doub"_code);
+    EXPECT_EQ(many.descriptorAtIndex(3).descriptorType(), "true"_code);
+    EXPECT_EQ(many.descriptorAtIndex(4).codeValue(), "msng"_code);
+    EXPECT_EQ(many.descriptorAtIndex(5).codeValue(), "ctxt"_code);
+    EXPECT_EQ(many.descriptorAtIndex(6).descriptorForKeyword("pnam"_code), text(u"n"));
+    EXPECT_EQ(many.descriptorAtIndex(6).descriptorForKeyword("usrf"_code).numberOfItems(), 2U);
+}
+
+TEST(AppleScriptComponent, ErrorsTellTheirPlaceInTheSource)
+{
+    const auto result = AppleScriptComponent().compile(ScriptText::fromSource(u"set x to 1\nset to 5"_s));
+    const auto* error = std::get_if<ScriptErrorInfo>(&result);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->number, -2741);
+    EXPECT_EQ(error->range.location, 15U);
+    const auto script = compiled(u"on f()\nset x to 1\nitem 5 of {}\nend f");
+    const auto reply = call(*script, u"f");
+    EXPECT_EQ(reply.error->range, (Range { 18, 12 }));
+    EXPECT_EQ(reply.error->description(),
+        u"{\n"
+        u"    NSAppleScriptErrorBriefMessage = \"Can’t get item 5 of {}.\";\n"
+        u"    NSAppleScriptErrorMessage = \"Can’t get item 5 of {}.\";\n"
+        u"    NSAppleScriptErrorNumber = \"-1728\";\n"
+        u"    NSAppleScriptErrorRange = \"NSRange: {18, 12}\";\n}"_s);
+}
+
+TEST(AppleScriptComponent, RefusesCompiledScripts)
+{
+    ScriptText text;
+    text.bytes = Data::copyOf("FasdUAS 1.101.10");
+    const auto result = AppleScriptComponent().compile(text);
+    ASSERT_TRUE(std::holds_alternative<ScriptErrorInfo>(result));
+    EXPECT_EQ(std::get<ScriptErrorInfo>(result).number, -1758);
+}
+
+} // namespace
+} // namespace caddis
