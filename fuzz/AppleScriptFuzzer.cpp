@@ -29,13 +29,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     setLogSink([](const String&) {});
     const String source = decodeScript({ reinterpret_cast<const char*>(data), size });
+    if (reachesOutside(source))
+        return 0;
     auto compiled = AppleScriptComponent().compile(ScriptText::fromSource(source));
     if (const auto* error = std::get_if<ScriptErrorInfo>(&compiled)) {
         INVARIANT(error->number != 0 && !error->message.isEmpty());
         return 0;
     }
-    if (reachesOutside(source))
-        return 0;
     const ScriptLimits limits { .deadline = std::chrono::seconds(2), .memory = 16 << 20, .steps = 20'000 };
     const ScriptReply reply = std::get<std::unique_ptr<Script>>(compiled)->run(limits);
     INVARIANT(!reply.error || reply.result.isNull());
