@@ -1,11 +1,15 @@
 #include "service/CaddisHelper.h"
 
 #include "service/FileArgument.h"
+#include "service/ScriptCache.h"
+#include "service/ScriptParameter.h"
 #include "service/TextRequests.h"
 
 #include <cstdlib>
 
 namespace caddis {
+
+CaddisHelper::CaddisHelper() { setUseCachingForStaticScripts(true); }
 
 void CaddisHelper::terminate()
 {
@@ -34,6 +38,20 @@ bool CaddisHelper::supportsFile(const File& file)
 {
     const FileArgument argument(file);
     return argument.path() && m_mdimporter.supportsFileAtPath(*argument.path());
+}
+
+void CaddisHelper::executeFile(
+    const std::optional<Value>& path, const std::optional<Value>& function, const std::optional<Value>& param)
+{
+    const std::lock_guard lock(m_osaLock);
+    compileAndExecuteFile(textOf(path), textOf(function), { scriptParameter(param) });
+}
+
+void CaddisHelper::executeSource(const std::optional<Value>& source, const std::optional<Value>& function,
+    const std::optional<Value>& param)
+{
+    const std::lock_guard lock(m_osaLock);
+    compileAndExecuteSource(textOf(source), true, textOf(function), { scriptParameter(param) });
 }
 
 } // namespace caddis

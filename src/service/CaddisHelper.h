@@ -3,6 +3,7 @@
 #include "importers/MetaDataImporter.h"
 #include "platform/base/Value.h"
 
+#include <mutex>
 #include <optional>
 
 namespace caddis {
@@ -18,6 +19,9 @@ class CaddisHelper {
 public:
     using File = std::optional<Value>;
 
+    /// Compiled scripts are kept from here on.
+    CaddisHelper();
+
     /// Ends the process with status 0 at once: no reply, no clean-up.
     [[noreturn]] void terminate();
     /// Does nothing; that it returns is the answer.
@@ -30,8 +34,16 @@ public:
     /// Whether metadata can be had for files of this kind.
     bool supportsFile(const File& file);
 
+    /// Calls one handler of a script file, or of a source, with one parameter. The result is dropped;
+    /// failures are logged. One script runs at a time.
+    void executeFile(const std::optional<Value>& path, const std::optional<Value>& function,
+        const std::optional<Value>& param);
+    void executeSource(const std::optional<Value>& source, const std::optional<Value>& function,
+        const std::optional<Value>& param);
+
 private:
     MetaDataImporter m_mdimporter;
+    std::recursive_mutex m_osaLock;
 };
 
 } // namespace caddis

@@ -43,6 +43,14 @@ RemoteObject ostraImExport(CaddisHelper& helper)
         = [&](const Arguments& arguments) -> Result { return helper.metaDataForFile(arguments[0]); };
     const auto supports
         = [&](const Arguments& arguments) -> Result { return helper.supportsFile(arguments[0]); };
+    const auto executeFile = [&](const Arguments& arguments) -> Result {
+        helper.executeFile(arguments[0], arguments[1], arguments[2]);
+        return std::nullopt;
+    };
+    const auto executeSource = [&](const Arguments& arguments) -> Result {
+        helper.executeSource(arguments[0], arguments[1], arguments[2]);
+        return std::nullopt;
+    };
 
     return {
         .path = "/CaddisHelper",
@@ -62,8 +70,8 @@ RemoteObject ostraImExport(CaddisHelper& helper)
             { "RTFDWithHTML", "vvbv", "av", fails },
             { "MetaDataForFile", "v", "aa{sv}", metaData },
             { "SupportsFile", "v", "b", supports },
-            { "ExecuteFile", "vv(uay)", "", fails },
-            { "ExecuteSource", "vv(uay)", "", fails },
+            { "ExecuteFile", "vv(uay)", "", executeFile },
+            { "ExecuteSource", "vv(uay)", "", executeSource },
             { "SetImage", "v", "", setImage },
         },
     };

@@ -89,6 +89,7 @@ public:
     {
         std::vector<std::string> texts = m_command.arguments;
         std::vector<char*> arguments;
+        arguments.reserve(texts.size() + 1);
         for (std::string& text : texts)
             arguments.push_back(text.data());
         arguments.push_back(nullptr);

@@ -120,7 +120,7 @@ private:
 
 Datum recordFrom(const EventDescriptor& descriptor)
 {
-    const Datum made = make<Record>();
+    Datum made = make<Record>();
     auto& record = made.as<Record>();
     if (descriptor.descriptorType() != "reco"_code) {
         if (const Symbol type = termWithCode(descriptor.descriptorType()); type != Symbol::None)
@@ -212,7 +212,7 @@ Datum valueFromDescriptor(const EventDescriptor& descriptor)
     if (descriptor.isNull())
         return Datum::missing();
     if (descriptor.isList()) {
-        const Datum made = make<List>();
+        Datum made = make<List>();
         for (const auto& field : descriptor.fields())
             made.as<List>().append(valueFromDescriptor(field.value));
         return made;

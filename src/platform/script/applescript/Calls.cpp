@@ -22,7 +22,7 @@ struct Recipient {
     failure.number = static_cast<int>(ScriptErrorNumber::NotUnderstood);
     failure.message = format(u"%@ doesn’t understand the “%@” message.", sourceText(target), plainName(name));
     failure.offender = target;
-    throw failure;
+    throw Failure(failure);
 }
 
 // The parent's handler of that name, run for the same `me`.

@@ -153,7 +153,7 @@ Datum coerce(Interpreter& interpreter, const Datum& datum, Symbol name)
     const Symbol wanted = canonicalClass(name);
     if (wanted == Symbol::Reference && datum.is(Kind::Reference))
         return datum;
-    const Datum value = interpreter.value(datum);
+    Datum value = interpreter.value(datum);
     if (classOf(value) == wanted)
         return value;
     auto result = converted(interpreter, value, wanted);
@@ -279,7 +279,7 @@ String requirePath(Interpreter& interpreter, const Datum& datum)
     const Datum value = interpreter.value(datum);
     if (const auto* file = value.get<FileObject>())
         return file->path;
-    const String text = requireText(interpreter, value);
+    String text = requireText(interpreter, value);
     if (text.view().starts_with(u'/') || text.isEmpty())
         return text;
     return posixPath(text);

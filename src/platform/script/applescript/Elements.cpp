@@ -72,7 +72,7 @@ std::vector<Datum> itemsOfClass(Interpreter& interpreter, const List& list, Symb
 
 Datum listWith(std::vector<Datum> items, const List& like)
 {
-    const Datum made = make<List>(std::move(items));
+    Datum made = make<List>(std::move(items));
     made.as<List>().areElements = like.areElements;
     return made;
 }

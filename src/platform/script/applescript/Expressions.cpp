@@ -198,7 +198,7 @@ Datum deepCopy(Interpreter& interpreter, const Datum& datum)
     if (const auto* date = datum.get<DateObject>())
         return make<DateObject>(date->seconds);
     if (auto* script = datum.get<ScriptObject>()) {
-        const Datum copy = make<ScriptObject>(script->program, script->code, script->enclosing());
+        Datum copy = make<ScriptObject>(script->program, script->code, script->enclosing());
         auto& made = copy.as<ScriptObject>();
         for (const Datum& slot : script->slots)
             made.slots[static_cast<std::size_t>(&slot - script->slots.data())]

@@ -9,7 +9,7 @@ void fail(ScriptErrorNumber number, const String& message)
     Failure failure;
     failure.number = static_cast<int>(number);
     failure.message = message;
-    throw failure;
+    throw Failure(failure);
 }
 
 void failCoercion(const Datum& value, Symbol wanted)
@@ -19,7 +19,7 @@ void failCoercion(const Datum& value, Symbol wanted)
     failure.message = format(u"Can’t make %@ into type %@.", sourceText(value), sourceName(wanted));
     failure.offender = value;
     failure.expected = Datum::classNamed(wanted);
-    throw failure;
+    throw Failure(failure);
 }
 
 void failGet(const String& what, const Datum& container, ScriptErrorNumber number)
@@ -29,7 +29,7 @@ void failGet(const String& what, const Datum& container, ScriptErrorNumber numbe
     failure.message = container.isSet() ? format(u"Can’t get %@ of %@.", what, sourceText(container))
                                         : format(u"Can’t get %@.", what);
     failure.offender = container;
-    throw failure;
+    throw Failure(failure);
 }
 
 } // namespace caddis::applescript

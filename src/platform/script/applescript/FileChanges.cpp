@@ -39,7 +39,7 @@ void check(const fs::path& path, const std::error_code& error)
 Datum fileObject(const fs::path& path)
 {
     std::error_code ignored;
-    const bool folder = fs::is_directory(path, ignored);
+    bool folder = fs::is_directory(path, ignored);
     return make<FileObject>(folder ? Symbol::Folder : Symbol::File,
         String::fromUtf8(folder ? path.string() + '/' : path.string()));
 }
@@ -61,7 +61,7 @@ template <typename Change> Datum changeEach(CommandCall& call, Change change)
     const Datum items = call.requireDirect();
     if (!items.is(Kind::List))
         return fileObject(change(pathOf(call.interpreter, items)));
-    const Datum changed = make<List>();
+    Datum changed = make<List>();
     changed.as<List>().areElements = true;
     for (const Datum& item : items.as<List>().items()) {
         call.interpreter.step();
@@ -75,7 +75,7 @@ fs::path destination(CommandCall& call, const char* label, const fs::path& item)
     const Datum& to = call.argument(label);
     if (!to.isSet())
         return item.parent_path();
-    const fs::path folder = pathOf(call.interpreter, call.interpreter.value(to));
+    fs::path folder = pathOf(call.interpreter, call.interpreter.value(to));
     std::error_code ignored;
     if (!fs::is_directory(folder, ignored))
         failChange(folder, std::make_error_code(std::errc::no_such_file_or_directory));
@@ -85,7 +85,7 @@ fs::path destination(CommandCall& call, const char* label, const fs::path& item)
 // The place in a folder, emptied when the script says so.
 fs::path placeIn(CommandCall& call, const fs::path& folder, const fs::path& name)
 {
-    const fs::path place = folder / name;
+    fs::path place = folder / name;
     std::error_code error;
     if (!fs::exists(fs::symlink_status(place, error)))
         return place;
@@ -111,7 +111,7 @@ void moveTo(const fs::path& from, const fs::path& to)
 Datum moveItem(CommandCall& call)
 {
     return changeEach(call, [&](const fs::path& item) {
-        const fs::path place = placeIn(call, destination(call, "to", item), item.filename());
+        fs::path place = placeIn(call, destination(call, "to", item), item.filename());
         moveTo(item, place);
         return place;
     });
@@ -122,8 +122,8 @@ Datum duplicateItem(CommandCall& call)
     return changeEach(call, [&](const fs::path& item) {
         const bool beside = !call.argument("to").isSet();
         const fs::path copy = item.stem().string() + " copy" + item.extension().string();
-        const fs::path place = beside ? freePlace(item.parent_path() / copy)
-                                      : placeIn(call, destination(call, "to", item), item.filename());
+        fs::path place = beside ? freePlace(item.parent_path() / copy)
+                                : placeIn(call, destination(call, "to", item), item.filename());
         std::error_code error;
         fs::copy(item, place, fs::copy_options::recursive | fs::copy_options::copy_symlinks, error);
         check(item, error);
@@ -139,7 +139,7 @@ fs::path moveToTrash(const fs::path& item)
     std::error_code error;
     fs::create_directories(files, error);
     fs::create_directories(notes, error);
-    const fs::path place = freePlace(files / item.filename());
+    fs::path place = freePlace(files / item.filename());
     moveTo(item, place);
     const std::time_t now = std::time(nullptr);
     std::tm local {};

@@ -214,7 +214,7 @@ Datum infoFor(CommandCall& call)
     if (!fs::exists(path.utf8(), ignored))
         failMissing(path);
     const Datum item = make<FileObject>(Symbol::Alias, path);
-    const Datum made = make<Record>();
+    Datum made = make<Record>();
     const bool isFolder = fs::is_directory(path.utf8(), ignored);
     for (const Symbol name : { Symbol::Name, Symbol::CreationDate, Symbol::ModificationDate, Symbol::Size,
              Symbol::NameExtension, Symbol::Visible, Symbol::DisplayedName, Symbol::Kind, Symbol::FileType,
@@ -241,6 +241,7 @@ Datum listFolder(CommandCall& call)
         failMissing(path);
     std::ranges::sort(names);
     std::vector<Datum> items;
+    items.reserve(names.size());
     for (const std::string& name : names)
         items.push_back(Datum::text(String::fromUtf8(name)));
     return make<List>(std::move(items));

@@ -71,7 +71,7 @@ Datum entriesOf(Interpreter& interpreter, const Datum& container, Symbol wanted)
             paths.push_back(entry.path());
     }
     std::ranges::sort(paths);
-    const Datum list = make<List>();
+    Datum list = make<List>();
     list.as<List>().areElements = true;
     for (const fs::path& path : paths)
         list.as<List>().append(itemAt(path));

@@ -27,7 +27,7 @@ std::string fromEnvironment(const char* name, const std::string& fallback)
 // Folders of the user by the freedesktop names.
 std::string userFolder(Symbol folder)
 {
-    const std::string home = homeFolder();
+    std::string home = homeFolder();
     switch (folder) {
     case Symbol::HomeFolder:
         return home;

@@ -17,7 +17,10 @@ public:
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
 
-    static void retain(Object* object) noexcept { ++object->m_references; }
+    static void retain(Object* object) noexcept
+    {
+        ++object->m_references; // NOLINT(clang-analyzer-core.NullDereference): there is an object
+    }
     static void release(Object* object) noexcept
     {
         if (--object->m_references == 0)

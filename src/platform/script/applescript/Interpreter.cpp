@@ -76,7 +76,7 @@ void Interpreter::refuel()
         failure.number = static_cast<int>(ScriptErrorNumber::TimedOut);
         failure.message = String(u"The script timed out.");
         failure.endsScript = true;
-        throw failure;
+        throw Failure(failure);
     }
     m_fuel = StepsBetweenLooks;
     if (m_countsSteps) {

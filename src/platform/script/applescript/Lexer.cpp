@@ -58,7 +58,7 @@ private:
         failure.number = static_cast<int>(ScriptErrorNumber::UnexpectedToken);
         failure.message = message;
         failure.range = { start, std::min(m_at, m_text.size()) - start };
-        throw failure;
+        throw Failure(failure);
     }
 
     Token& add(TokenType type, std::size_t start)
@@ -189,7 +189,7 @@ private:
             failure.number = static_cast<int>(ScriptErrorNumber::NumberTooLarge);
             failure.message = String(u"The number is too large.");
             failure.range = { start, m_at - start };
-            throw failure;
+            throw Failure(failure);
         }
         return value;
     }
@@ -204,13 +204,11 @@ private:
     {
         if (isNamePart(peek(2)))
             return false;
-        for (const std::u16string_view suffix : { u"st", u"nd", u"rd", u"th" }) {
-            if (startsWith(suffix)) {
-                m_at += 2;
-                return true;
-            }
-        }
-        return false;
+        constexpr std::u16string_view Suffixes[] = { u"st", u"nd", u"rd", u"th" };
+        const bool found
+            = std::ranges::any_of(Suffixes, [&](std::u16string_view suffix) { return startsWith(suffix); });
+        m_at += found ? 2 : 0;
+        return found;
     }
 
     void name()

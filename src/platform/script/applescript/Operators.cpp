@@ -156,7 +156,7 @@ Datum joinTexts(const String& left, const String& right)
 
 Datum joinRecords(const Record& left, const Record& right)
 {
-    const Datum result = make<Record>(left.fields());
+    Datum result = make<Record>(left.fields());
     for (const auto& [label, value] : right.fields()) {
         if (!left.find(label))
             result.as<Record>().set(label, value);

@@ -120,7 +120,7 @@ void Parser::failExpected(const String& what) const
     failure.number = static_cast<int>(ScriptErrorNumber::UnexpectedToken);
     failure.message = format(u"Expected %@ but found %@.", what, describe(peek()));
     failure.range = peek().range;
-    throw failure;
+    throw Failure(failure);
 }
 
 // A call without parentheses looks like any two words; only the handlers' heads tell.

@@ -65,20 +65,20 @@ ExpressionPointer Parser::parseBinary(Level level)
 std::optional<Operator> Parser::acceptArithmetic(Level level)
 {
     struct Row {
-        TokenType token;
         Symbol word;
         Level level;
+        TokenType token;
         Operator operation;
     };
     static constexpr Row rows[] = {
-        { TokenType::Ampersand, Symbol::None, Concatenation, Operator::Concatenate },
-        { TokenType::Plus, Symbol::None, Sum, Operator::Add },
-        { TokenType::Minus, Symbol::None, Sum, Operator::Subtract },
-        { TokenType::Times, Symbol::None, Product, Operator::Multiply },
-        { TokenType::Divide, Symbol::None, Product, Operator::Divide },
-        { TokenType::Word, Symbol::Div, Product, Operator::IntegerDivide },
-        { TokenType::Word, Symbol::Mod, Product, Operator::Remainder },
-        { TokenType::Power, Symbol::None, Power, Operator::Power },
+        { Symbol::None, Concatenation, TokenType::Ampersand, Operator::Concatenate },
+        { Symbol::None, Sum, TokenType::Plus, Operator::Add },
+        { Symbol::None, Sum, TokenType::Minus, Operator::Subtract },
+        { Symbol::None, Product, TokenType::Times, Operator::Multiply },
+        { Symbol::None, Product, TokenType::Divide, Operator::Divide },
+        { Symbol::Div, Product, TokenType::Word, Operator::IntegerDivide },
+        { Symbol::Mod, Product, TokenType::Word, Operator::Remainder },
+        { Symbol::None, Power, TokenType::Power, Operator::Power },
     };
     for (const Row& row : rows) {
         if (row.level == level && at(row.token) && (row.word == Symbol::None || at(row.word))) {

@@ -17,7 +17,7 @@ public:
             failure.number = static_cast<int>(ScriptErrorNumber::StackOverflow);
             failure.message = String(u"The script is nested too deeply.");
             failure.range = m_parser.peek().range;
-            throw failure;
+            throw Failure(failure);
         }
     }
     ~Nesting() { --m_parser.m_depth; }

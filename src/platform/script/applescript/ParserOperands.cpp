@@ -133,7 +133,7 @@ ExpressionPointer Parser::parsePostfixOf(ExpressionPointer expression, bool isCo
             return;
         next();
         auto target = std::move(element->target);
-        expression.release();
+        (void)expression.release();
         auto filter = std::make_unique<FilterExpression>(
             std::unique_ptr<ElementExpression>(element), parseExpression());
         filter->target = std::move(target);
@@ -250,9 +250,23 @@ ExpressionPointer Parser::parseWord()
     return isTerm ? parseTerm(term) : parseIdentifier();
 }
 
+namespace {
+
+bool isOrdinal(Symbol word)
+{
+    return word == Symbol::First || (word >= Symbol::Second && word <= Symbol::Tenth) || word == Symbol::Last
+        || word == Symbol::Front || word == Symbol::Back || word == Symbol::Some || word == Symbol::Middle;
+}
+
+} // namespace
+
 ExpressionPointer Parser::parseReservedWord()
 {
     const Symbol word = peek().symbol;
+    if (isOrdinal(word)) {
+        next();
+        return parseOrdinal(word);
+    }
     switch (word) {
     case Symbol::The:
         next();
@@ -298,23 +312,6 @@ ExpressionPointer Parser::parseReservedWord()
         failExpected(String(u"expression"));
     case Symbol::Every:
         return parseEvery();
-    case Symbol::First:
-    case Symbol::Second:
-    case Symbol::Third:
-    case Symbol::Fourth:
-    case Symbol::Fifth:
-    case Symbol::Sixth:
-    case Symbol::Seventh:
-    case Symbol::Eighth:
-    case Symbol::Ninth:
-    case Symbol::Tenth:
-    case Symbol::Last:
-    case Symbol::Front:
-    case Symbol::Back:
-    case Symbol::Some:
-    case Symbol::Middle:
-        next();
-        return parseOrdinal(word);
     case Symbol::Beginning:
     case Symbol::End:
         next();

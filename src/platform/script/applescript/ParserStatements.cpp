@@ -355,26 +355,21 @@ namespace {
 // here.
 std::optional<unsigned> attributeNamed(Symbol name)
 {
-    switch (name) {
-    case Symbol::Case:
-        return ConsiderCase;
-    case Symbol::Diacriticals:
-        return ConsiderDiacriticals;
-    case Symbol::Expansion:
-        return ConsiderExpansion;
-    case Symbol::Hyphens:
-        return ConsiderHyphens;
-    case Symbol::Punctuation:
-        return ConsiderPunctuation;
-    case Symbol::WhiteSpace:
-        return ConsiderWhiteSpace;
-    case Symbol::NumericStrings:
-        return ConsiderNumericStrings;
-    case Symbol::ApplicationResponses:
-        return 0;
-    default:
-        return std::nullopt;
+    static constexpr std::pair<Symbol, unsigned> attributes[] = {
+        { Symbol::Case, ConsiderCase },
+        { Symbol::Diacriticals, ConsiderDiacriticals },
+        { Symbol::Expansion, ConsiderExpansion },
+        { Symbol::Hyphens, ConsiderHyphens },
+        { Symbol::Punctuation, ConsiderPunctuation },
+        { Symbol::WhiteSpace, ConsiderWhiteSpace },
+        { Symbol::NumericStrings, ConsiderNumericStrings },
+        { Symbol::ApplicationResponses, 0 },
+    };
+    for (const auto& [term, attribute] : attributes) {
+        if (term == name)
+            return attribute;
     }
+    return std::nullopt;
 }
 
 } // namespace

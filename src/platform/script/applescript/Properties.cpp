@@ -179,6 +179,7 @@ Datum textItemDelimiters()
     if (delimiters.size() == 1)
         return Datum::text(delimiters[0]);
     std::vector<Datum> items;
+    items.reserve(delimiters.size());
     for (const String& delimiter : delimiters)
         items.push_back(Datum::text(delimiter));
     return make<List>(std::move(items));

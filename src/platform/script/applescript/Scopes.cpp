@@ -47,22 +47,20 @@ void HandlerScope::resolve(Variable& variable)
         variable.place = Variable::Place::Global;
         variable.slot = script.globalSlot(name);
     };
-    if (m_locals.contains(name)) {
+    const bool isDeclared = m_locals.contains(name) || m_globals.contains(name);
+    const bool isFound = !isDeclared && script.locate(variable, kind);
+    if (isFound && variable.place == Variable::Place::Capture && kind == Kind::Handler
+        && m_assigned.contains(name)) {
+        variable.fallsBack = true;
+        variable.fallbackDepth = variable.scriptDepth;
+        variable.fallbackSlot = variable.slot;
         beLocal();
-    } else if (m_globals.contains(name)) {
-        beGlobal();
-    } else if (script.locate(variable, kind)) {
-        if (variable.place == Variable::Place::Capture && kind == Kind::Handler
-            && m_assigned.contains(name)) {
-            variable.fallsBack = true;
-            variable.fallbackDepth = variable.scriptDepth;
-            variable.fallbackSlot = variable.slot;
+    } else if (!isFound) {
+        const bool isLocal = m_locals.contains(name) || (kind == Kind::Handler && !m_globals.contains(name));
+        if (isLocal)
             beLocal();
-        }
-    } else if (kind == Kind::Statements) {
-        beGlobal();
-    } else if (kind == Kind::Handler) {
-        beLocal();
+        else if (isDeclared || kind == Kind::Statements)
+            beGlobal();
     }
 }
 

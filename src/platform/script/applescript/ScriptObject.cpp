@@ -110,7 +110,7 @@ Datum instantiate(
     Interpreter& interpreter, std::shared_ptr<const Program> program, const ScriptCode& code, Frame* frame)
 {
     interpreter.checkStack();
-    const Datum made = make<ScriptObject>(std::move(program), code, frame ? frame->home : nullptr);
+    Datum made = make<ScriptObject>(std::move(program), code, frame ? frame->home : nullptr);
     auto& script = made.as<ScriptObject>();
     for (std::size_t index = 0; index < code.captures.size(); ++index)
         script.captures[index] = frame->locals[code.captures[index].slot];

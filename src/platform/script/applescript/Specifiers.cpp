@@ -110,7 +110,7 @@ Datum FilterExpression::evaluate(Frame& frame) const
     if (!list || !list->areElements)
         failGet(
             format(u"%@ whose …", selectorText({ Selector::Form::Every, elements->elementClass })), holder);
-    const Datum kept = make<List>();
+    Datum kept = make<List>();
     kept.as<List>().areElements = true;
     const Datum outer = frame.target;
     for (const Datum& item : list->items()) {

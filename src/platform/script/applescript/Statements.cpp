@@ -131,7 +131,7 @@ Flow ErrorStatement::execute(Frame& frame) const
     failure.offender = evaluated(offender, frame);
     failure.expected = evaluated(expected, frame);
     failure.partialResult = evaluated(partialResult, frame);
-    throw failure;
+    throw Failure(failure);
 }
 
 Flow ReturnStatement::execute(Frame& frame) const

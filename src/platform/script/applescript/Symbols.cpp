@@ -144,7 +144,7 @@ String plainName(Symbol symbol) { return table().spelling(symbol); }
 
 String sourceName(Symbol symbol)
 {
-    const String spelling = plainName(symbol);
+    String spelling = plainName(symbol);
     if (isTerm(symbol))
         return spelling;
     const auto plain = table().find(lowerCase(spelling));

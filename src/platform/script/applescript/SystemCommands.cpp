@@ -38,7 +38,7 @@ String shellOutput(std::string bytes, bool altersLineEndings)
     failure.message = shellOutput(std::move(message), true);
     if (failure.message.isEmpty())
         failure.message = String(u"The command exited with a non-zero status.");
-    throw failure;
+    throw Failure(failure);
 }
 
 [[noreturn]] void failStopped(const ChildResult& result)
@@ -51,13 +51,13 @@ String shellOutput(std::string bytes, bool altersLineEndings)
         Failure failure;
         failure.number = 128 + result.status;
         failure.message = String(u"The command was ended by a signal.");
-        throw failure;
+        throw Failure(failure);
     }
     Failure failure;
     failure.number = static_cast<int>(ScriptErrorNumber::TimedOut);
     failure.message = String(u"The script timed out.");
     failure.endsScript = true;
-    throw failure;
+    throw Failure(failure);
 }
 
 Datum shellScript(CommandCall& call)
@@ -108,7 +108,7 @@ Datum pathTo(CommandCall& call)
 Datum systemAttribute(CommandCall& call)
 {
     if (!call.direct.isSet()) {
-        const Datum names = make<List>();
+        Datum names = make<List>();
         for (char** entry = environ; *entry; ++entry) {
             const std::string_view text(*entry);
             names.as<List>().append(Datum::text(String::fromUtf8(text.substr(0, text.find('=')))));
@@ -126,7 +126,7 @@ Datum systemInfo(CommandCall&)
     utsname system {};
     uname(&system);
     const passwd* user = getpwuid(getuid());
-    const Datum made = make<Record>();
+    Datum made = make<Record>();
     auto& record = made.as<Record>();
     record.set(Symbol::AppleScriptVersion, Datum::text(u"2.8"));
     record.set(Symbol::SystemVersion, textFromBytes(system.release));
