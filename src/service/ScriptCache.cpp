@@ -2,6 +2,7 @@
 
 #include "platform/base/Exception.h"
 #include "platform/base/Log.h"
+#include "platform/script/ProgramComponent.h"
 #include "platform/script/applescript/AppleScriptComponent.h"
 #include "text/CharacterTables.h"
 
@@ -75,7 +76,12 @@ String hfsType(const String& path)
     return format(u"'%s'", std::string_view(information.data(), 4));
 }
 
-CompiledScript compile(const ScriptText& text) { return AppleScriptComponent().compile(text); }
+// A program by its first line, else AppleScript.
+CompiledScript compile(const ScriptText& text)
+{
+    const ProgramComponent programs;
+    return programs.accepts(text) ? programs.compile(text) : AppleScriptComponent().compile(text);
+}
 
 // Compiles, logs what does not compile, and keeps what does.
 CachedScript compiledScript(const String& key, const std::optional<ScriptText>& text, bool keeps)

@@ -8,6 +8,7 @@
 
 namespace caddis::facts {
 
+Answer appleScriptFact(const Question&);
 Answer dateFact(const Question&);
 Answer encodingFact(const Question&);
 Answer entityFact(const Question&);
@@ -27,6 +28,7 @@ using Answerer = Answer (*)(const Question&);
 
 // One row per kind of file.
 const std::map<std::u16string_view, Answerer> kinds {
+    { u"applescript", appleScriptFact },
     { u"dates", dateFact },
     { u"entities", entityFact },
     { u"html-encodings", encodingFact },

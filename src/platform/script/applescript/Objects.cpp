@@ -34,7 +34,7 @@ void List::append(Datum value)
 void List::prepend(Datum value)
 {
     append(std::move(value));
-    std::ranges::rotate(m_items, m_items.end() - 1);
+    std::rotate(m_items.begin(), m_items.end() - 1, m_items.end());
 }
 
 void List::dropReferences()
