@@ -1,6 +1,7 @@
 // JSON from programs that are scripts.
 //
-// Invariants: any text is read or refused; what was read is written as JSON that reads as the same descriptor.
+// Invariants: any text is read or refused; what was read is written as JSON that reads as the same
+// descriptor.
 
 #include "Fuzz.h"
 #include "platform/script/DescriptorJSON.h"
