@@ -4,6 +4,7 @@
 #include "platform/script/applescript/Coercions.h"
 #include "platform/script/applescript/Elements.h"
 #include "platform/script/applescript/Failure.h"
+#include "platform/script/applescript/Restored.h"
 #include "platform/script/applescript/SourceText.h"
 
 namespace caddis::applescript {
@@ -110,22 +111,21 @@ Datum FilterExpression::evaluate(Frame& frame) const
     if (!list || !list->areElements)
         failGet(
             format(u"%@ whose …", selectorText({ Selector::Form::Every, elements->elementClass })), holder);
+    Selector one { elements->form, Symbol::Item };
+    if (elements->key)
+        one.key = interpreter.value(elements->key->evaluate(frame));
     Datum kept = make<List>();
     kept.as<List>().areElements = true;
-    const Datum outer = frame.target;
+    const Restored<Datum> outer(frame.target);
     for (const Datum& item : list->items()) {
         interpreter.step();
         frame.target = item;
         const bool fits = requireBoolean(interpreter, condition->evaluate(frame));
-        frame.target = outer;
         if (fits)
             kept.as<List>().append(item);
     }
     if (elements->form == Selector::Form::Every)
         return kept;
-    Selector one { elements->form, Symbol::Item };
-    if (elements->key)
-        one.key = interpreter.value(elements->key->evaluate(frame));
     return getListElement(interpreter, kept, one);
 }
 

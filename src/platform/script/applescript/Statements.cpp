@@ -4,28 +4,12 @@
 #include "platform/script/applescript/Expressions.h"
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/FileSuite.h"
+#include "platform/script/applescript/Restored.h"
 #include "platform/script/applescript/TextComparison.h"
 
 namespace caddis::applescript {
 
 namespace {
-
-/// Gives a variable back its value however the block is left.
-template <typename T> class Restored {
-public:
-    explicit Restored(T& variable)
-        : m_variable(variable)
-        , m_value(variable)
-    {
-    }
-    ~Restored() { m_variable = std::move(m_value); }
-    Restored(const Restored&) = delete;
-    Restored& operator=(const Restored&) = delete;
-
-private:
-    T& m_variable;
-    T m_value;
-};
 
 void assignIfWanted(const ExpressionPointer& place, Frame& frame, const Datum& value)
 {
@@ -96,8 +80,6 @@ Flow TellStatement::execute(Frame& frame) const
 
 Flow TryStatement::execute(Frame& frame) const
 {
-    const Datum outerTarget = frame.target;
-    const unsigned outerAttributes = currentAttributes();
     Failure caught;
     try {
         return body.execute(frame);
@@ -106,8 +88,6 @@ Flow TryStatement::execute(Frame& frame) const
             throw;
         caught = failure;
     }
-    frame.target = outerTarget;
-    currentAttributes() = outerAttributes;
     frame.result = Datum();
     assignIfWanted(message, frame, Datum::text(caught.message));
     assignIfWanted(number, frame, Datum::number(caught.number));
