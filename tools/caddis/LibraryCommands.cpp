@@ -6,6 +6,8 @@
 #include "client/HelperProxy.h"
 #include "epub/EPUBParser.h"
 #include "markup/Html2Text.h"
+#include "markup/HtmlBaseURL.h"
+#include "markup/HtmlMetadata.h"
 #include "markup/MarkupData.h"
 
 #include <cstdio>
@@ -89,6 +91,27 @@ ExitCode html(const Invocation& invocation)
     if (!invocation.output)
         print(page->utf8());
     return !invocation.output || writeData(Data::adopt(page->utf8()), invocation.output) ? Success : Usage;
+}
+
+ExitCode head(const Invocation& invocation)
+{
+    const std::string& file = invocation.arguments.front();
+    const auto data = contentsOf(file);
+    if (!data)
+        return nothing(file);
+    const String page = stringWithMarkupData(*data, NSStringEncoding::UTF8);
+    const auto base = htmlBaseURL(page);
+    const auto valueOf
+        = [](const auto& found) { return found ? std::optional<Value>(*found) : std::nullopt; };
+    Dictionary found;
+    found.set(u"title"_s, valueOf(normalizedHtmlTitle(page)));
+    found.set(u"date"_s, valueOf(htmlDate(page)));
+    found.set(u"canonical"_s, valueOf(htmlCanonicalURL(page)));
+    found.set(u"base"_s, valueOf(base));
+    for (const auto& [name, value] : htmlMetaAttributesByConvertingEntitiesToCharacters(page))
+        found.set(format(u"meta %@", name), value);
+    print(invocation.json ? json(found) + '\n' : lines(found));
+    return found.isEmpty() ? NothingFound : Success;
 }
 
 } // namespace caddis::tool

@@ -10,5 +10,7 @@ namespace caddis::tool {
 ExitCode text(const Invocation& invocation);
 ExitCode toc(const Invocation& invocation);
 ExitCode html(const Invocation& invocation);
+/// What a page says of itself: title, date, canonical and base URL, its meta elements.
+ExitCode head(const Invocation& invocation);
 
 } // namespace caddis::tool

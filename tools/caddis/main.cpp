@@ -38,6 +38,11 @@ constexpr Command table[] = {
         1, toc },
     { "html", "BOOK", "a whole book as one HTML page with its pictures",
         "  $ caddis html moby-dick.epub -o moby-dick.html\n", 1, html },
+    { "head", "PAGE", "what a page says of itself: title, date, URLs, meta elements",
+        "  $ caddis head page.html\n"
+        "    title             Chapter 1\n"
+        "    meta description  How it begins\n",
+        1, head },
     { "feed", "FILE", "an RSS or Atom feed as a page, or as its items",
         "  $ caddis feed news.xml -o news.html\n"
         "  $ curl -s https://example.org/feed | caddis feed - --items --url https://example.org/feed\n",
