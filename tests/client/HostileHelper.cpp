@@ -2,7 +2,7 @@
 // until the first "Echo" properly, and then does its deed.
 
 #include "platform/base/Data.h"
-#include "platform/ipc/Descriptor.h"
+#include "platform/base/Descriptor.h"
 #include "platform/ipc/RuntimeDirectory.h"
 #include "platform/ipc/SharedBytes.h"
 #include "support/RawSocket.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ipc/Descriptor.h"
+#include "platform/base/Descriptor.h"
 
 #include <cstdint>
 #include <unordered_map>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/base/Descriptor.h"
 #include "platform/base/String.h"
-#include "platform/ipc/Descriptor.h"
 
 #include <optional>
 #include <string>

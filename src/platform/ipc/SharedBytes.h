@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/base/Data.h"
-#include "platform/ipc/Descriptor.h"
+#include "platform/base/Descriptor.h"
 
 #include <optional>
 

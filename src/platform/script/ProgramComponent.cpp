@@ -1,8 +1,8 @@
 #include "platform/script/ProgramComponent.h"
 
 #include "platform/base/Log.h"
-#include "platform/script/ChildProcess.h"
 #include "platform/script/DescriptorJSON.h"
+#include "platform/task/ChildProcess.h"
 
 #include <algorithm>
 #include <sys/mman.h>

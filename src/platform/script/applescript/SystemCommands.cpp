@@ -1,9 +1,9 @@
 #include "platform/base/MutableString.h"
-#include "platform/script/ChildProcess.h"
 #include "platform/script/applescript/Commands.h"
 #include "platform/script/applescript/DateText.h"
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/FolderPaths.h"
+#include "platform/task/ChildProcess.h"
 
 #include <algorithm>
 #include <cmath>
