@@ -70,6 +70,16 @@ TEST_F(ZipArchiveTest, ReadsZip64AndWhatFollowsOtherBytes)
     EXPECT_EQ(read(*behind, u"b"_s), "more");
 }
 
+TEST_F(ZipArchiveTest, ReadsTheLastPartThatHoldsEverything)
+{
+    std::string bytes = ZipBuilder().add("a", "text").bytes();
+    const std::size_t endRecord = bytes.rfind("PK\5\6");
+    bytes[endRecord + 4] = 1;
+    EXPECT_EQ(read(*open(bytes), u"a"_s), "text");
+    bytes[endRecord + 6] = 1;
+    EXPECT_EQ(read(*open(bytes), u"a"_s), "text");
+}
+
 TEST_F(ZipArchiveTest, ComparesAsciiLettersWithoutCase)
 {
     const auto archive = openWith({ "META-INF/\xC3\x9C.xml", "x" });

@@ -1,7 +1,7 @@
 #include "platform/zip/MappedZip.h"
 
 #include "platform/files/MappedFile.h"
-#include "platform/zip/Zip64Sizes.h"
+#include "platform/zip/DirectoryCorrections.h"
 
 #include <algorithm>
 #include <cstring>
@@ -48,7 +48,7 @@ voidpf mmap_zopen(voidpf opaque, const void* fileName, int /*mode*/)
     positionOf(opaque) = 0;
     if (!data)
         return nullptr;
-    auto corrections = zip64Corrections(*data);
+    auto corrections = directoryCorrections(*data);
     return new Stream { std::move(*data), std::move(corrections) };
 }
 

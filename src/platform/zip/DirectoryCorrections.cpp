@@ -1,4 +1,4 @@
-#include "platform/zip/Zip64Sizes.h"
+#include "platform/zip/DirectoryCorrections.h"
 
 #include "platform/files/ByteReader.h"
 
@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::uint32_t Mark = 0xFFFFFFFF;
 constexpr std::string_view LocatorSignature = "PK\6\7";
-constexpr std::string_view EndSignature = "PK\6\6";
+constexpr std::string_view Zip64EndSignature = "PK\6\6";
+constexpr std::string_view EndSignature = "PK\5\6";
 constexpr std::string_view MemberSignature = "PK\1\2";
 constexpr std::size_t LocatorSearchSize = 65536 + 42; // The longest comment, the end record and the locator.
 constexpr std::size_t MemberHeaderSize = 46;
@@ -25,7 +26,7 @@ std::optional<std::uint64_t> directoryOffset(std::string_view archive)
     if (locator == archive.npos)
         return std::nullopt;
     const auto end = ByteReader(archive, archive.size() - searched + locator + 8).u64();
-    if (!end || *end >= archive.size() || !archive.substr(*end).starts_with(EndSignature))
+    if (!end || *end >= archive.size() || !archive.substr(*end).starts_with(Zip64EndSignature))
         return std::nullopt;
     return ByteReader(archive, *end + 48).u64();
 }
@@ -43,12 +44,21 @@ std::string_view zip64Data(std::string_view extraFields)
     return {};
 }
 
-} // namespace
-
-CorrectedFields zip64Corrections(const Data& archive)
+// The numbers of this disk and of the directory's become 0.
+void correctDiskNumbers(std::string_view archive, CorrectedFields& corrections)
 {
-    CorrectedFields corrections;
-    const std::string_view bytes = archive.chars();
+    const std::size_t searched = std::min(archive.size(), LocatorSearchSize);
+    const std::size_t end = archive.substr(archive.size() - searched).rfind(EndSignature);
+    if (end == archive.npos)
+        return;
+    const std::uint64_t field = archive.size() - searched + end + 4;
+    if (ByteReader(archive, field).u32().value_or(0) != 0)
+        corrections.emplace(field, std::array<std::uint8_t, 4> {});
+}
+
+// The marked sizes and offsets of the members.
+void correctMembers(std::string_view bytes, CorrectedFields& corrections)
+{
     std::uint64_t position = directoryOffset(bytes).value_or(bytes.size());
     while (position < bytes.size() && bytes.substr(position).starts_with(MemberSignature)
         && bytes.size() - position >= MemberHeaderSize) {
@@ -70,6 +80,15 @@ CorrectedFields zip64Corrections(const Data& archive)
         }
         position += MemberHeaderSize + nameSize + extraSize + commentSize;
     }
+}
+
+} // namespace
+
+CorrectedFields directoryCorrections(const Data& archive)
+{
+    CorrectedFields corrections;
+    correctMembers(archive.chars(), corrections);
+    correctDiskNumbers(archive.chars(), corrections);
     return corrections;
 }
 
