@@ -1,0 +1,229 @@
+#include "platform/richtext/AttributedStringBuilder.h"
+
+#include <bit>
+#include <unordered_map>
+
+namespace caddis {
+
+namespace {
+
+class Hasher {
+public:
+    Hasher& add(std::uint64_t value)
+    {
+        m_state = (std::rotl(m_state, 5) ^ value) * 0x9E3779B97F4A7C15;
+        return *this;
+    }
+    Hasher& add(double value) { return add(std::bit_cast<std::uint64_t>(value == 0 ? 0.0 : value)); }
+    Hasher& add(const String& text) { return add(std::uint64_t { std::hash<String> {}(text) }); }
+    Hasher& add(const std::optional<TextColor>& color)
+    {
+        if (!color)
+            return add(std::uint64_t { 0 });
+        return add(pair(color->red, color->green)).add(pair(color->blue, color->alpha));
+    }
+    std::size_t value() const { return m_state ^ (m_state >> 32); }
+
+    static std::uint64_t pair(std::int32_t high, std::int32_t low)
+    {
+        return std::uint64_t { static_cast<std::uint32_t>(high) } << 32 | static_cast<std::uint32_t>(low);
+    }
+
+private:
+    std::uint64_t m_state = 1;
+};
+
+struct StyleHash {
+    std::size_t operator()(const CharacterStyle& style) const
+    {
+        const unsigned marks = static_cast<unsigned>(style.underline) << 8
+            | static_cast<unsigned>(style.strikethrough) << 16 | unsigned { style.font.bold } << 1
+            | unsigned { style.font.italic };
+        return Hasher()
+            .add(style.font.name)
+            .add(style.font.size)
+            .add(Hasher::pair(static_cast<std::int32_t>(marks), style.superscript))
+            .add(style.foreground)
+            .add(style.background)
+            .add(style.baselineOffset)
+            .add(style.kern)
+            .add(style.link)
+            .add(std::uint64_t { style.attachment })
+            .value();
+    }
+
+    std::size_t operator()(const ParagraphStyle& style) const
+    {
+        Hasher hasher;
+        hasher
+            .add(static_cast<std::uint64_t>(style.alignment) << 16
+                | static_cast<std::uint64_t>(style.direction) << 8 | style.headerLevel)
+            .add(style.firstLineIndent)
+            .add(style.headIndent)
+            .add(style.spacingAfter);
+        for (const TabStop& stop : style.tabStops)
+            hasher.add(stop.location);
+        for (const std::uint32_t list : style.lists)
+            hasher.add(std::uint64_t { list });
+        for (const TableCell& cell : style.cells)
+            hasher.add(std::uint64_t { cell.table } << 32 ^ std::uint64_t { cell.row } << 16 ^ cell.column);
+        return hasher.value();
+    }
+};
+
+// Styles and their numbers, each kept once.
+template <typename Style> class Interned {
+public:
+    std::uint32_t numberOf(const Style& style, std::vector<Style>& styles)
+    {
+        if (m_last < styles.size() && styles[m_last] == style)
+            return m_last;
+        const auto [found, isNew] = m_numbers.try_emplace(style, static_cast<std::uint32_t>(styles.size()));
+        if (isNew)
+            styles.push_back(style);
+        return m_last = found->second;
+    }
+
+private:
+    std::unordered_map<Style, std::uint32_t, StyleHash> m_numbers;
+    std::uint32_t m_last = 0;
+};
+
+void addRun(std::vector<AttributedString::Run>& runs, std::size_t location, std::uint32_t style)
+{
+    if (runs.empty() || runs.back().style != style)
+        runs.push_back({ location, style });
+}
+
+void truncateRuns(std::vector<AttributedString::Run>& runs, std::size_t length)
+{
+    while (!runs.empty() && runs.back().location >= length)
+        runs.pop_back();
+}
+
+// Numbers the styles in the order in which the runs use them, and drops the others.
+template <typename Style> void renumber(std::vector<AttributedString::Run>& runs, std::vector<Style>& styles)
+{
+    constexpr std::uint32_t Unused = 0xFFFFFFFF;
+    std::vector<std::uint32_t> numbers(styles.size(), Unused);
+    std::vector<Style> used;
+    for (auto& run : runs) {
+        std::uint32_t& number = numbers[run.style];
+        if (number == Unused) {
+            number = static_cast<std::uint32_t>(used.size());
+            used.push_back(std::move(styles[run.style]));
+        }
+        run.style = number;
+    }
+    styles = std::move(used);
+}
+
+} // namespace
+
+struct AttributedStringBuilder::Tables {
+    Interned<CharacterStyle> styles;
+    Interned<ParagraphStyle> paragraphStyles;
+};
+
+AttributedStringBuilder::AttributedStringBuilder()
+    : m_tables(std::make_unique<Tables>())
+{
+}
+
+AttributedStringBuilder::~AttributedStringBuilder() = default;
+AttributedStringBuilder::AttributedStringBuilder(AttributedStringBuilder&&) noexcept = default;
+AttributedStringBuilder& AttributedStringBuilder::operator=(AttributedStringBuilder&&) noexcept = default;
+
+void AttributedStringBuilder::append(std::u16string_view units, const CharacterStyle& style)
+{
+    if (units.empty())
+        return;
+    addRun(m_result.m_runs, m_text.length(), m_tables->styles.numberOf(style, m_result.m_styles));
+    m_text.append(units);
+}
+
+void AttributedStringBuilder::appendAttachment(Attachment attachment, const CharacterStyle& style)
+{
+    CharacterStyle attached = style;
+    attached.attachment = static_cast<std::uint32_t>(m_result.m_attachments.size());
+    m_result.m_attachments.push_back(std::move(attachment));
+    append({ &AttachmentCharacter, 1 }, attached);
+}
+
+void AttributedStringBuilder::endParagraphs(const ParagraphStyle& style)
+{
+    if (m_text.length() == m_paragraphsEnd)
+        return;
+    addRun(m_result.m_paragraphRuns, m_paragraphsEnd,
+        m_tables->paragraphStyles.numberOf(style, m_result.m_paragraphStyles));
+    m_paragraphsEnd = m_text.length();
+}
+
+std::uint32_t AttributedStringBuilder::addList(TextList list)
+{
+    m_result.m_lists.push_back(std::move(list));
+    return static_cast<std::uint32_t>(m_result.m_lists.size() - 1);
+}
+
+std::uint32_t AttributedStringBuilder::addTable(TextTable table)
+{
+    m_result.m_tables.push_back(table);
+    return static_cast<std::uint32_t>(m_result.m_tables.size() - 1);
+}
+
+void AttributedStringBuilder::setColumns(std::uint32_t table, std::uint32_t columns)
+{
+    m_result.m_tables[table].columns = columns;
+}
+
+std::size_t AttributedStringBuilder::length() const { return m_text.length(); }
+
+std::u16string_view AttributedStringBuilder::view() const { return m_text.view(); }
+
+void AttributedStringBuilder::truncate(std::size_t length)
+{
+    m_text.truncate(length);
+    m_paragraphsEnd = std::min(m_paragraphsEnd, length);
+    truncateRuns(m_result.m_runs, length);
+    truncateRuns(m_result.m_paragraphRuns, length);
+}
+
+// One pass over text and runs: a run that begins at or before an insertion's place takes it up.
+void AttributedStringBuilder::insert(const std::vector<Insertion>& insertions)
+{
+    MutableString text(m_text.length() + insertions.size() * 4);
+    std::size_t taken = 0;
+    std::size_t added = 0;
+    const auto shift
+        = [](std::vector<AttributedString::Run>& runs, std::size_t& next, std::size_t until, std::size_t by) {
+              for (; next < runs.size() && runs[next].location <= until; ++next)
+                  runs[next].location += by;
+          };
+    std::size_t run = 0;
+    std::size_t paragraph = 0;
+    for (const Insertion& insertion : insertions) {
+        const std::size_t place = std::min(insertion.location, m_text.length());
+        shift(m_result.m_runs, run, place, added);
+        shift(m_result.m_paragraphRuns, paragraph, place, added);
+        text.append(m_text.view().substr(taken, place - taken)).append(insertion.text);
+        taken = place;
+        added += insertion.text.length();
+    }
+    text.append(m_text.view().substr(taken));
+    shift(m_result.m_runs, run, m_text.length(), added);
+    shift(m_result.m_paragraphRuns, paragraph, m_text.length(), added);
+    m_text = std::move(text);
+}
+
+AttributedString AttributedStringBuilder::finish(const std::vector<Insertion>& insertions) &&
+{
+    endParagraphs({});
+    if (!insertions.empty() && !m_text.isEmpty())
+        insert(insertions);
+    renumber(m_result.m_runs, m_result.m_styles);
+    renumber(m_result.m_paragraphRuns, m_result.m_paragraphStyles);
+    m_result.m_string = std::move(m_text).take();
+    return std::move(m_result);
+}
+
+} // namespace caddis

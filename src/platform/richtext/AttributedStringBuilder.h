@@ -1,0 +1,64 @@
+#pragma once
+
+#include "platform/richtext/AttributedString.h"
+
+#include <memory>
+
+namespace caddis {
+
+/// Makes an AttributedString from front to back.
+///
+///     AttributedStringBuilder builder;
+///     builder.append(u"Title", heading);
+///     builder.append(u"\n", heading);
+///     builder.endParagraphs(centered);
+///     AttributedString text = std::move(builder).finish();
+///
+/// Each call costs time in proportion to what it is given, equal styles are kept once.
+class AttributedStringBuilder {
+public:
+    /// Text to be put between what was appended, with the looks of the character it comes before.
+    struct Insertion {
+        std::size_t location;
+        String text;
+    };
+
+    AttributedStringBuilder();
+    ~AttributedStringBuilder();
+    AttributedStringBuilder(AttributedStringBuilder&&) noexcept;
+    AttributedStringBuilder& operator=(AttributedStringBuilder&&) noexcept;
+
+    void append(std::u16string_view units, const CharacterStyle& style);
+    /// Appends the attachment's character. `style`'s own attachment does not count.
+    void appendAttachment(Attachment attachment, const CharacterStyle& style);
+
+    /// Gives a style to the paragraphs appended since the last call. The text should end with a line break
+    /// now, or be at its end; what follows on the same line takes the style of its own call.
+    void endParagraphs(const ParagraphStyle& style);
+
+    /// The new member's index.
+    std::uint32_t addList(TextList list);
+    std::uint32_t addTable(TextTable table);
+    /// A table's columns may be known only at its end.
+    void setColumns(std::uint32_t table, std::uint32_t columns);
+
+    std::size_t length() const;
+    std::u16string_view view() const;
+    /// Drops the text from `length` on, and what was said of it.
+    void truncate(std::size_t length);
+
+    /// The text, with the insertions in it; they are sorted by location. Paragraphs that no endParagraphs
+    /// followed have the plain style.
+    AttributedString finish(const std::vector<Insertion>& insertions = {}) &&;
+
+private:
+    struct Tables;
+    void insert(const std::vector<Insertion>& insertions);
+
+    MutableString m_text;
+    std::size_t m_paragraphsEnd = 0;
+    std::unique_ptr<Tables> m_tables;
+    AttributedString m_result;
+};
+
+} // namespace caddis
