@@ -2,6 +2,7 @@
 
 #include "platform/base/Exception.h"
 #include "platform/base/Log.h"
+#include "platform/files/HFSType.h"
 #include "platform/script/ProgramComponent.h"
 #include "platform/script/applescript/AppleScriptComponent.h"
 #include "text/CharacterTables.h"
@@ -10,7 +11,6 @@
 #include <array>
 #include <map>
 #include <mutex>
-#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace caddis {
@@ -63,17 +63,6 @@ String pathExtension(const String& path)
     const std::u16string_view name = path.view().substr(path.view().find_last_of(u'/') + 1);
     const std::size_t dot = name.rfind(u'.');
     return dot == std::u16string_view::npos || dot == 0 ? String() : String(name.substr(dot + 1));
-}
-
-// The type of a file that came from the platform's own disks: the first bytes of its Finder information.
-String hfsType(const String& path)
-{
-    std::array<char, 32> information {};
-    const ssize_t size
-        = getxattr(path.utf8().c_str(), "user.com.apple.FinderInfo", information.data(), information.size());
-    if (size < 4 || information[0] == 0)
-        return {};
-    return format(u"'%s'", std::string_view(information.data(), 4));
 }
 
 // A program by its first line, else AppleScript.
@@ -158,7 +147,7 @@ bool isAppleScriptExtension(const String& extension, const String& type)
 
 bool isAppleScriptFile(const String& path)
 {
-    return isAppleScriptExtension(pathExtension(path), hfsType(path));
+    return isAppleScriptExtension(pathExtension(path), HFSTypeOfFile(path));
 }
 
 bool isTemplateScriptExtension(const String& extension)
