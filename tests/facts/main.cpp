@@ -18,6 +18,7 @@ Answer htmlFact(const Question&);
 Answer jsonFact(const Question&);
 Answer pdfFact(const Question&);
 Answer mimeFact(const Question&);
+Answer movieFact(const Question&);
 Answer textBundleFact(const Question&);
 Answer unicodeFact(const Question&);
 Answer zipFact(const Question&);
@@ -38,6 +39,7 @@ const std::map<std::u16string_view, Answerer> kinds {
     { u"json", jsonFact },
     { u"pdf", pdfFact },
     { u"mime", mimeFact },
+    { u"movies", movieFact },
     { u"textbundle", textBundleFact },
     { u"unicode", unicodeFact },
     { u"zip", zipFact },

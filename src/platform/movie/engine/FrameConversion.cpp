@@ -1,0 +1,78 @@
+#include "platform/movie/engine/FrameConversion.h"
+
+#include <cmath>
+#include <cstdlib>
+
+namespace caddis::movie {
+
+namespace {
+
+using ScalerPointer = std::unique_ptr<SwsContext, decltype(&sws_freeContext)>;
+
+constexpr int FirstHighDefinitionHeight = 720;
+constexpr std::size_t BytesPerPixel = 4;
+constexpr std::size_t Overrun = 64; // The converters write whole vectors.
+
+bool isFullRange(const AVFrame& frame)
+{
+    switch (frame.format) {
+    case AV_PIX_FMT_YUVJ411P:
+    case AV_PIX_FMT_YUVJ420P:
+    case AV_PIX_FMT_YUVJ422P:
+    case AV_PIX_FMT_YUVJ440P:
+    case AV_PIX_FMT_YUVJ444P:
+        return true;
+    default:
+        return frame.color_range == AVCOL_RANGE_JPEG;
+    }
+}
+
+int colorspaceOf(const AVFrame& frame)
+{
+    if (frame.colorspace != AVCOL_SPC_UNSPECIFIED && frame.colorspace != AVCOL_SPC_RGB)
+        return frame.colorspace;
+    return frame.height >= FirstHighDefinitionHeight ? SWS_CS_ITU709 : SWS_CS_ITU601;
+}
+
+ScalerPointer scalerFor(const AVFrame& frame, int width)
+{
+    const auto format = static_cast<AVPixelFormat>(frame.format);
+    ScalerPointer scaler(sws_getContext(frame.width, frame.height, format, width, frame.height,
+                             AV_PIX_FMT_RGBA, SWS_BILINEAR | SWS_ACCURATE_RND, nullptr, nullptr, nullptr),
+        sws_freeContext);
+    // It fails for RGB sources, which need no such thing.
+    if (scaler)
+        sws_setColorspaceDetails(scaler.get(), sws_getCoefficients(colorspaceOf(frame)),
+            isFullRange(frame) ? 1 : 0, sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, 1 << 16, 1 << 16);
+    return scaler;
+}
+
+} // namespace
+
+Size shownSize(int width, int height, AVRational sampleAspectRatio)
+{
+    const bool isKnown = sampleAspectRatio.num > 0 && sampleAspectRatio.den > 0;
+    return { isKnown ? std::round(width * av_q2d(sampleAspectRatio)) : width, double(height) };
+}
+
+std::optional<MovieFrame> pictureOf(const AVFrame& frame, AVRational sampleAspectRatio)
+{
+    const Size size = shownSize(frame.width, frame.height, sampleAspectRatio);
+    const auto* const layout = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(frame.format));
+    if (!layout || size.width < 1 || size.height < 1 || size.width * size.height > double(MostPixels))
+        return std::nullopt;
+    const auto scaler = scalerFor(frame, static_cast<int>(size.width));
+    const auto rowBytes = static_cast<std::size_t>(size.width) * BytesPerPixel;
+    const std::size_t bytes = rowBytes * static_cast<std::size_t>(frame.height);
+    auto* const pixels = scaler ? static_cast<std::uint8_t*>(std::malloc(bytes + Overrun)) : nullptr;
+    if (!pixels)
+        return std::nullopt;
+    MovieFrame result { static_cast<std::uint32_t>(size.width), static_cast<std::uint32_t>(frame.height),
+        (layout->flags & AV_PIX_FMT_FLAG_ALPHA) != 0, Data::adoptMalloc(pixels, bytes) };
+    std::uint8_t* const planes[] = { pixels, nullptr, nullptr, nullptr };
+    const int strides[] = { static_cast<int>(rowBytes), 0, 0, 0 };
+    const int rows = sws_scale(scaler.get(), frame.data, frame.linesize, 0, frame.height, planes, strides);
+    return rows == frame.height ? std::optional(std::move(result)) : std::nullopt;
+}
+
+} // namespace caddis::movie
