@@ -1,6 +1,9 @@
 #include "service/CaddisHelper.h"
 
+#include "platform/base/Exception.h"
 #include "service/FileArgument.h"
+#include "service/MovieRequests.h"
+#include "service/PreviewRequests.h"
 #include "service/ScriptCache.h"
 #include "service/ScriptParameter.h"
 #include "service/TextRequests.h"
@@ -15,6 +18,21 @@ void CaddisHelper::terminate()
 {
     // Not quick_exit: what a sanitizer or a profile has to say at the end is still said.
     std::exit(EXIT_SUCCESS);
+}
+
+std::optional<Data> CaddisHelper::PDFImageRepOfFile(const File& file)
+{
+    const FileArgument argument(file);
+    try {
+        return caddis::PDFImageRepOfFile(argument.path());
+    } catch (const Exception&) {
+        return std::nullopt;
+    }
+}
+
+Dictionary CaddisHelper::posterImageForMovieWithFile(const File& file)
+{
+    return posterImageForMovie(FileArgument(file));
 }
 
 std::optional<Dictionary> CaddisHelper::attributedStringWithPDF(

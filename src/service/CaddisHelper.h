@@ -27,6 +27,10 @@ public:
     /// Does nothing; that it returns is the answer.
     void ping() { }
 
+    /// The picture in a PDF or PostScript file as PDF data.
+    std::optional<Data> PDFImageRepOfFile(const File& file);
+    /// What a movie or sound file says of itself: see posterImageForMovie.
+    Dictionary posterImageForMovieWithFile(const File& file);
     /// The text of PDF data: see _attributedStringWithPDF. Nil for what is no PDF data.
     std::optional<Dictionary> attributedStringWithPDF(bool attributed, const std::optional<Value>& pdf);
     /// Attribute names and their values, without null objects; nil when nothing is known of the file.

@@ -35,6 +35,11 @@ RemoteObject ostraImExport(CaddisHelper& helper)
         helper.ping();
         return std::nullopt;
     };
+    const auto pdfImageRep
+        = [&](const Arguments& arguments) -> Result { return helper.PDFImageRepOfFile(arguments[0]); };
+    const auto posterImage = [&](const Arguments& arguments) -> Result {
+        return helper.posterImageForMovieWithFile(arguments[0]);
+    };
     const auto attributedStringWithPDF = [&](const Arguments& arguments) -> Result {
         const bool* const attributed = arguments[0] ? arguments[0]->as<bool>() : nullptr;
         return helper.attributedStringWithPDF(attributed && *attributed, arguments[1]);
@@ -59,11 +64,11 @@ RemoteObject ostraImExport(CaddisHelper& helper)
         .methods = {
             { "Terminate", "", "", terminate },
             { "Ping", "", "", ping },
-            { "PDFImageRepOfFile", "v", "av", fails },
+            { "PDFImageRepOfFile", "v", "av", pdfImageRep },
             { "ImageWithContentsOfFile", "vxbbb", "aa{sv}", fails },
             { "PreviewForFile", "vxb", "av", fails },
             { "AttributedStringWithPDF", "bv", "aa{sv}", attributedStringWithPDF },
-            { "PosterImageForMovieWithFile", "v", "a{sv}", failsWithEmptyReply },
+            { "PosterImageForMovieWithFile", "v", "a{sv}", posterImage },
             { "AttributedStringWithContentsOfFile", "v", "aa{sv}", fails },
             { "SearchableTextOfWebArchive", "v", "a{sv}", failsWithEmptyReply },
             { "WriteRTFDDataToFile", "vv", "b", failsWithNo },
