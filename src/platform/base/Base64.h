@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/base/Data.h"
+
+#include <optional>
+
+namespace caddis {
+
+/// The bytes that base64 text stands for (RFC 4648, section 4). White space is passed over, "=" ends the
+/// text, and digits that make no whole byte at the end are dropped. Nil when anything else stands in it.
+std::optional<Data> dataFromBase64(std::u16string_view text);
+
+} // namespace caddis
