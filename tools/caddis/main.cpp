@@ -6,6 +6,7 @@
 #include "FileCommands.h"
 #include "HelperCommands.h"
 #include "LibraryCommands.h"
+#include "MediaCommands.h"
 #include "Quiet.h"
 #include "client/OstraImExport.h"
 
@@ -51,6 +52,14 @@ constexpr Command table[] = {
         "  $ caddis date 'Mon, 06 Mar 2023 18:06:57 +0200'\n"
         "  2023-03-06 16:06:57 +0000  Mon, 06 Mar 2023 18:06:57 +0200\n",
         1, date },
+    { "movie", "FILE…", "size, duration and tags of movies and sound",
+        "  $ caddis movie trailer.mp4\n"
+        "  trailer.mp4\n"
+        "    Duration  5.022\n"
+        "    Size      {854, 480}\n",
+        1, movie },
+    { "pdf-of-image", "FILE", "a PDF or PostScript picture as PDF",
+        "  $ caddis pdf-of-image drawing.eps -o drawing.pdf\n", 1, pdfOfImage },
     { "supports", "FILE…", "whether something can be found out about files of their kind",
         "  $ caddis supports moby-dick.epub notes.xyz\n"
         "  yes  moby-dick.epub\n"
@@ -77,7 +86,7 @@ void printUsage(std::FILE* out)
 {
     std::fputs("caddis COMMAND [OPTIONS] [ARGUMENTS]\n\n", out);
     for (const Command& command : table)
-        std::fprintf(out, "  %-10s %-6s %s\n", command.name, command.arguments, command.summary);
+        std::fprintf(out, "  %-12s %-6s %s\n", command.name, command.arguments, command.summary);
     std::fprintf(
         out, "\n%s\nExit status: 0 done, 1 nothing found, 2 wrong usage, 3 the helper failed.\n", Options);
 }
