@@ -1,8 +1,9 @@
 #include "platform/script/applescript/TextComparison.h"
 
+#include "platform/unicode/Collation.h"
+
 #include <algorithm>
 #include <unicode/uchar.h>
-#include <unicode/ucol.h>
 #include <unicode/unorm2.h>
 #include <unicode/ustring.h>
 
@@ -80,28 +81,6 @@ std::u16string folded(std::u16string_view text)
     return out;
 }
 
-// Digits compare by value when numeric strings count.
-int compareNumeric(std::u16string_view left, std::u16string_view right)
-{
-    UErrorCode status = U_ZERO_ERROR;
-    thread_local UCollator* const numeric = [&] {
-        UCollator* made = ucol_open("", &status);
-        ucol_setAttribute(made, UCOL_NUMERIC_COLLATION, UCOL_ON, &status);
-        return made;
-    }();
-    return ucol_strcoll(numeric, left.data(), static_cast<int32_t>(left.size()), right.data(),
-        static_cast<int32_t>(right.size()));
-}
-
-int compareCollated(std::u16string_view left, std::u16string_view right)
-{
-    UErrorCode status = U_ZERO_ERROR;
-    thread_local UCollator* const root = ucol_open("", &status);
-    const int order = ucol_strcoll(root, left.data(), static_cast<int32_t>(left.size()), right.data(),
-        static_cast<int32_t>(right.size()));
-    return order != 0 ? order : left.compare(right);
-}
-
 } // namespace
 
 unsigned& currentAttributes() { return attributesOfThread; }
@@ -124,7 +103,10 @@ int compareTexts(const String& left, const String& right)
     const std::u16string second = folded(right);
     if (first == second)
         return 0;
-    return considers(ConsiderNumericStrings) ? compareNumeric(first, second) : compareCollated(first, second);
+    if (considers(ConsiderNumericStrings))
+        return collate(first, second, DigitOrder::ByValue);
+    const int order = collate(first, second, DigitOrder::ByCharacter);
+    return order != 0 ? order : first.compare(second);
 }
 
 bool textContains(const String& text, const String& part)
