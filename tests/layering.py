@@ -54,7 +54,7 @@ def is_third_party(header):
 
 
 POSIX = {"cerrno", "dirent.h", "dlfcn.h", "execinfo.h", "fcntl.h", "poll.h", "pwd.h", "sched.h", "signal.h", "spawn.h",
-         "stdint.h", "stdlib.h", "string.h", "unistd.h", "emmintrin.h", "immintrin.h"}
+         "stdint.h", "stdlib.h", "string.h", "unistd.h", "emmintrin.h", "immintrin.h", "malloc.h"}
 
 for path in sorted(src.rglob("*")):
     if path.suffix not in (".h", ".cpp", ".c"):
