@@ -14,7 +14,9 @@ Answer encodingFact(const Question&);
 Answer entityFact(const Question&);
 Answer epubFact(const Question&);
 Answer feedFact(const Question&);
+Answer documentFact(const Question&);
 Answer htmlFact(const Question&);
+Answer importerFact(const Question&);
 Answer jsonFact(const Question&);
 Answer pdfFact(const Question&);
 Answer mimeFact(const Question&);
@@ -30,7 +32,10 @@ using Answerer = Answer (*)(const Question&);
 // One row per kind of file.
 const std::map<std::u16string_view, Answerer> kinds {
     { u"applescript", appleScriptFact },
+    { u"chatlog", documentFact },
     { u"dates", dateFact },
+    { u"importers", importerFact },
+    { u"outline", documentFact },
     { u"entities", entityFact },
     { u"html-encodings", encodingFact },
     { u"epub", epubFact },

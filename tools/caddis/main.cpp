@@ -5,6 +5,7 @@
 #include "FeedCommands.h"
 #include "FileCommands.h"
 #include "HelperCommands.h"
+#include "ImporterCommands.h"
 #include "LibraryCommands.h"
 #include "MediaCommands.h"
 #include "Quiet.h"
@@ -65,6 +66,11 @@ constexpr Command table[] = {
         "  yes  moby-dick.epub\n"
         "  no   notes.xyz\n",
         1, supports },
+    { "importers", "", "the importers in search order: what they read, and why one is not used",
+        "  $ caddis importers\n"
+        "  /System/Library/Spotlight/Mail.mdimporter\n"
+        "    contentTypes  com.apple.mail.email public.email-message\n",
+        0, importers },
     { "bookmark", "FILE", "bookmark data, which leads to the file even when it is renamed",
         "  $ caddis bookmark moby-dick.epub -o moby.bookmark\n", 1, bookmark },
     { "ping", "", "whether the helper answers, and how fast",
