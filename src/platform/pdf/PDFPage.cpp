@@ -17,6 +17,11 @@ std::optional<String> PDFPage::string(PDFDeadline deadline) const
     return m_document->text(m_index, deadline);
 }
 
+std::optional<PDFStyledText> PDFPage::styledString(PDFDeadline deadline) const
+{
+    return m_document->styledText(m_index, deadline);
+}
+
 String PDFPage::label() const { return m_document->label(m_index); }
 
 Rect PDFPage::boundsForBox(PDFDisplayBox box) const { return m_document->bounds(m_index, box); }

@@ -18,6 +18,28 @@ enum class PDFDisplayBox { Media, Crop, Bleed, Trim, Art };
 /// When work on a page ends at the latest; none means no limit.
 using PDFDeadline = std::optional<std::chrono::steady_clock::time_point>;
 
+/// How text is set.
+struct PDFTextStyle {
+    String fontName; ///< as "Helvetica-Bold", without the tag of a subset; empty when the font has none
+    double size = 0; ///< points on the page, to a tenth
+    bool bold = false;
+    bool italic = false;
+
+    friend bool operator==(const PDFTextStyle&, const PDFTextStyle&) = default;
+};
+
+/// A stretch of text in one style.
+struct PDFTextRun {
+    std::size_t length = 0; ///< UTF-16 units
+    PDFTextStyle style;
+};
+
+/// Text, and its runs from its beginning to its end. A blank or a line end belongs to what is before it.
+struct PDFStyledText {
+    String string;
+    std::vector<PDFTextRun> runs;
+};
+
 /// One annotation of a page: its place and the entries of its dictionary.
 struct PDFAnnotation {
     std::size_t index = 0; ///< in the page's array of annotations

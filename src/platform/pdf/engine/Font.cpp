@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
+#include <string>
 
 namespace caddis::pdf {
 
@@ -44,15 +46,35 @@ char16_t* append(Unicode value, char16_t* out)
     return out;
 }
 
+constexpr std::string_view boldNames[] = { "bold", "black", "heavy", "demi", "cmbx", "sfbx" };
+constexpr std::string_view italicNames[] = { "italic", "oblique", "slanted", "kursiv" };
+
+bool hasOneOf(std::string name, std::span<const std::string_view> words)
+{
+    std::ranges::transform(
+        name, name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return std::ranges::any_of(words, [&](std::string_view word) { return name.find(word) != name.npos; });
+}
+
 } // namespace
 
-Font::Font(std::unique_ptr<GfxFont> font)
+Font::Font(std::unique_ptr<GfxFont> font, double italicAngle)
     : m_font(std::move(font))
+    , m_italicAngle(italicAngle)
     , m_vertical(m_font->getWMode() == 1)
     , m_em(m_font->getType() == fontType3 ? type3Em() : 1)
 {
     if (!m_font->isCIDFont())
         m_known = std::make_unique<std::array<Known, 256>>();
+}
+
+// Flags and weight are set by few programs, so the name has its say too.
+FontTraits Font::traits() const
+{
+    const std::string name = m_font->getName() ? m_font->getNameWithoutSubsetTag() : std::string();
+    const bool isHeavy = m_font->getWeight() >= GfxFont::W600;
+    return { String::fromUtf8(name), isHeavy || m_font->isBold() || hasOneOf(name, boldNames),
+        m_italicAngle != 0 || m_font->isItalic() || hasOneOf(name, italicNames) };
 }
 
 // A Type 3 font may draw in any unit; its matrix and bounding box say how large its glyphs become.

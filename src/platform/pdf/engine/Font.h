@@ -18,10 +18,20 @@ struct Character {
     bool isSpaceCode = false; ///< the single byte 32, which word spacing widens
 };
 
+/// What a font is called and how its letters look.
+struct FontTraits {
+    String name; ///< without the tag of a subset
+    bool bold = false;
+    bool italic = false;
+};
+
 /// A font as text needs it, over Poppler's: codes, their text, their widths.
 class Font {
 public:
-    explicit Font(std::unique_ptr<GfxFont> font);
+    /// `italicAngle` is that of the font's descriptor, in degrees.
+    Font(std::unique_ptr<GfxFont> font, double italicAngle);
+
+    FontTraits traits() const;
 
     bool isVertical() const { return m_vertical; }
     /// The height of a line of size 1; not 1 for fonts whose glyphs are drawn in a space of their own (Type
@@ -42,6 +52,7 @@ private:
     double type3Em() const;
 
     std::unique_ptr<GfxFont> m_font;
+    double m_italicAngle;
     bool m_vertical;
     double m_em;
     // Fonts of one byte a code: what is known of each. Others are read anew, into m_units.

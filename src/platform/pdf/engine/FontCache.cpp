@@ -1,5 +1,8 @@
 #include "platform/pdf/engine/FontCache.h"
 
+#include <Array.h>
+#include <Dict.h>
+
 namespace caddis::pdf {
 
 namespace {
@@ -8,6 +11,15 @@ namespace {
 // flat.
 constexpr std::size_t MostFonts = 512;
 
+double italicAngleOf(const Dict& font)
+{
+    const Object descendants = font.lookup("DescendantFonts");
+    const Object descendant = descendants.isArray() ? descendants.getArray()->get(0) : Object(objNull);
+    const Object descriptor = (descendant.isDict() ? *descendant.getDict() : font).lookup("FontDescriptor");
+    const Object angle = descriptor.isDict() ? descriptor.getDict()->lookup("ItalicAngle") : Object(objNull);
+    return angle.isNum() ? angle.getNum() : 0;
+}
+
 } // namespace
 
 std::shared_ptr<Font> FontCache::make(const Object& dictionary, Ref reference) const
@@ -15,7 +27,9 @@ std::shared_ptr<Font> FontCache::make(const Object& dictionary, Ref reference) c
     if (!dictionary.isDict())
         return nullptr;
     auto font = GfxFont::makeFont(m_xref, "F", reference, dictionary.getDict());
-    return font && font->isOk() ? std::make_shared<Font>(std::move(font)) : nullptr;
+    return font && font->isOk()
+        ? std::make_shared<Font>(std::move(font), italicAngleOf(*dictionary.getDict()))
+        : nullptr;
 }
 
 std::shared_ptr<Font> FontCache::font(const Object& entry)

@@ -39,6 +39,18 @@ bool hasLostItsEncryption(PDFDoc& document, const Data& data)
         && data.chars().find("/Encrypt") != std::string_view::npos;
 }
 
+// A document may have an empty owner password beside a user password; Poppler then opens it as its owner
+// would. Readers for people don't: nobody has named himself its owner. Only AES-256 can tell the two.
+bool isOpenOnlyToItsOwner(const PDFDoc& document, const Data& data)
+{
+    constexpr int bytesOfAES256 = 32;
+    unsigned char* key = nullptr;
+    CryptAlgorithm algorithm = cryptNone;
+    int length = 0;
+    document.getXRef()->getEncryptionParameters(&key, &algorithm, &length);
+    return algorithm == cryptAES256 && length == bytesOfAES256 && isForOwnerOnly(data);
+}
+
 } // namespace
 
 PopplerDocument::PopplerDocument(const Data& data)
@@ -57,7 +69,8 @@ std::unique_ptr<PDFDoc> PopplerDocument::read()
     auto document = std::make_unique<PDFDoc>(
         bytes, std::nullopt, std::nullopt, nullptr, [this] { m_isRepaired = true; });
     m_locked = (!document->isOk() && document->getErrorCode() == errEncrypted)
-        || (m_isRepaired && hasLostItsEncryption(*document, m_data));
+        || (m_isRepaired && hasLostItsEncryption(*document, m_data))
+        || (document->isOk() && document->isEncrypted() && isOpenOnlyToItsOwner(*document, m_data));
     return document;
 }
 
@@ -76,7 +89,8 @@ Page* PopplerDocument::pageAt(std::size_t page) const
     return found && found->isOk() ? found : nullptr;
 }
 
-std::optional<String> PopplerDocument::text(std::size_t page, PDFDeadline deadline) const
+std::optional<TextPage> PopplerDocument::read(
+    std::size_t page, PDFDeadline deadline, TextStyles* styles) const
 {
     Page* const source = pageAt(page);
     if (!source)
@@ -84,7 +98,20 @@ std::optional<String> PopplerDocument::text(std::size_t page, PDFDeadline deadli
     Budget budget(deadline);
     const TextSources sources { m_document->getXRef(), m_document->getOptContentConfig(), m_fonts,
         m_streams };
-    return TextInterpreter(sources, budget, rectOf(*source->getCropBox())).textOf(*source);
+    return TextInterpreter(sources, budget, rectOf(*source->getCropBox()), styles).read(*source);
+}
+
+std::optional<String> PopplerDocument::text(std::size_t page, PDFDeadline deadline) const
+{
+    auto text = read(page, deadline, nullptr);
+    return text ? std::optional(std::move(*text).take()) : std::nullopt;
+}
+
+std::optional<PDFStyledText> PopplerDocument::styledText(std::size_t page, PDFDeadline deadline) const
+{
+    TextStyles styles;
+    auto text = read(page, deadline, &styles);
+    return text ? std::optional(std::move(*text).take(styles)) : std::nullopt;
 }
 
 String PopplerDocument::label(std::size_t page) const

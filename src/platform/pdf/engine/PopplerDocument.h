@@ -3,6 +3,7 @@
 #include "platform/pdf/PDFEngine.h"
 #include "platform/pdf/engine/FontCache.h"
 #include "platform/pdf/engine/StreamBytes.h"
+#include "platform/pdf/engine/TextPage.h"
 
 #include <PDFDoc.h>
 
@@ -15,6 +16,9 @@ namespace caddis::pdf {
 /// Whether QPDF, which repairs other damage than Poppler, makes out a document in the bytes. False when there
 /// is too much of it to try.
 bool isReadableByQpdf(const Data& data);
+
+/// Whether the empty password is that of an encrypted document's owner, but not one for reading it.
+bool isForOwnerOnly(const Data& data);
 
 /// A document read by Poppler. What is written, a page of its own or a whole document, QPDF reads from the
 /// same bytes when it is first wanted.
@@ -32,6 +36,7 @@ public:
 
     bool hasPage(std::size_t page) const override { return pageAt(page) != nullptr; }
     std::optional<String> text(std::size_t page, PDFDeadline deadline) const override;
+    std::optional<PDFStyledText> styledText(std::size_t page, PDFDeadline deadline) const override;
     String label(std::size_t page) const override;
     Rect bounds(std::size_t page, PDFDisplayBox box) const override;
     int rotation(std::size_t page) const override;
@@ -57,6 +62,7 @@ private:
 
     bool isOpen() const { return !m_locked && m_document->isOk(); }
     Page* pageAt(std::size_t page) const;
+    std::optional<TextPage> read(std::size_t page, PDFDeadline deadline, TextStyles* styles) const;
 
     Data m_data;
     bool m_isRepaired = false; ///< Poppler had to search the objects

@@ -86,12 +86,17 @@ try {
     return std::nullopt;
 }
 
+void open(QPDF& document, const Data& data)
+{
+    document.setSuppressWarnings(true);
+    document.processMemoryFile("", data.chars().data(), data.size());
+}
+
 // With its list of pages read. Null when that can't be done.
 std::shared_ptr<QPDF> opened(const Data& data)
 try {
     auto document = std::make_shared<QPDF>();
-    document->setSuppressWarnings(true);
-    document->processMemoryFile("", data.chars().data(), data.size());
+    open(*document, data);
     static_cast<void>(document->getAllPages());
     return document;
 } catch (const std::exception&) {
@@ -260,6 +265,15 @@ std::shared_ptr<QPDF> PopplerDocument::forWriting() const
 }
 
 bool isReadableByQpdf(const Data& data) { return data.size() <= MostBytesToRepair && opened(data); }
+
+bool isForOwnerOnly(const Data& data)
+try {
+    QPDF document;
+    open(document, data);
+    return document.ownerPasswordMatched() && !document.userPasswordMatched();
+} catch (const std::exception&) {
+    return false;
+}
 
 std::optional<Data> PopplerDocument::dataOfPage(std::size_t page) const
 {

@@ -14,6 +14,7 @@ struct PlacedGlyph {
     double end = 0;
     float em = 1; ///< its font's size
     bool isBlank = false;
+    std::uint16_t style = 0; ///< what the page of text numbers so
 
     std::u16string_view text(std::u16string_view units) const { return units.substr(first, count); }
     /// Whether a glyph that ends there is far enough before this one for a blank.

@@ -43,14 +43,14 @@ Matrix matrixOf(const Object& array)
 
 } // namespace
 
-TextInterpreter::TextInterpreter(const TextSources& sources, Budget& budget, Rect visible)
+TextInterpreter::TextInterpreter(const TextSources& sources, Budget& budget, Rect visible, TextStyles* styles)
     : m_sources(sources)
     , m_budget(budget)
-    , m_sink(visible)
+    , m_sink(visible, styles)
 {
 }
 
-String TextInterpreter::textOf(Page& page)
+TextPage TextInterpreter::read(Page& page)
 {
     std::string content;
     const Object contents = page.getContents();
@@ -67,7 +67,7 @@ String TextInterpreter::textOf(Page& page)
     }
     Resources resources(page.getResourceDictObject()->copy(), m_sources.xref, m_sources.fonts);
     run(std::move(content), resources);
-    return std::move(m_sink.page()).take();
+    return std::move(m_sink.page());
 }
 
 // A stream closes only what it opened itself: Q and EMC do not reach below where it began.

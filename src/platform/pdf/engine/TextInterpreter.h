@@ -28,9 +28,11 @@ struct TextSources {
 /// at for the text that the document gives itself.
 class TextInterpreter {
 public:
-    TextInterpreter(const TextSources& sources, Budget& budget, Rect visible);
+    /// `visible` and `styles` as TextSink has them.
+    TextInterpreter(const TextSources& sources, Budget& budget, Rect visible, TextStyles* styles = nullptr);
 
-    String textOf(Page& page);
+    /// The page's text as it stands in the content.
+    TextPage read(Page& page);
 
 private:
     struct State {

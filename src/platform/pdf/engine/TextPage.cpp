@@ -68,7 +68,7 @@ void TextPage::add(std::u16string_view text, double begin, double end)
     m_hasRightToLeft |= std::any_of(text.begin(), text.end(), isRightToLeft);
     m_leftmost = m_glyphs.empty() ? begin : std::min(m_leftmost, begin);
     m_glyphs.push_back({ static_cast<std::uint32_t>(m_units.size()), static_cast<std::uint32_t>(text.size()),
-        begin, end, static_cast<float>(em), text == u" " });
+        begin, end, static_cast<float>(em), text == u" ", m_baseline.style });
     m_units.append(text);
 }
 
@@ -150,24 +150,41 @@ void TextPage::emitInOrder()
         end = glyph.end;
         if (glyph.isBlank || glyph.count == 0)
             continue;
-        emit(glyph.text(m_units), blank);
+        emit(glyph, blank);
         blank = false;
     }
 }
 
-void TextPage::emit(std::u16string_view text, bool afterBlank)
+void TextPage::emit(const PlacedGlyph& glyph, bool afterBlank)
 {
     if (m_text.length() < m_lineStart)
         m_text.append(u'\n');
     else if (afterBlank && m_text.length() > m_lineStart)
         m_text.append(u' ');
-    m_text.append(text);
+    if (m_styles.empty() || m_styles.back().style != glyph.style)
+        m_styles.push_back({ m_text.length(), glyph.style });
+    m_text.append(glyph.text(m_units));
 }
 
 String TextPage::take() &&
 {
     endLine();
     return std::move(m_text).take();
+}
+
+PDFStyledText TextPage::take(const TextStyles& styles) &&
+{
+    PDFStyledText result { std::move(*this).take(), {} };
+    for (std::size_t index = 0; index < m_styles.size(); ++index) {
+        const bool isLast = index + 1 == m_styles.size();
+        const std::size_t end = isLast ? result.string.length() : m_styles[index + 1].place;
+        const PDFTextStyle& style = styles[m_styles[index].style];
+        // Two fonts may be subsets of one.
+        if (result.runs.empty() || result.runs.back().style != style)
+            result.runs.push_back({ 0, style });
+        result.runs.back().length += end - m_styles[index].place;
+    }
+    return result;
 }
 
 } // namespace caddis::pdf

@@ -2,6 +2,7 @@
 
 #include "platform/base/MutableString.h"
 #include "platform/pdf/engine/RightToLeft.h"
+#include "platform/pdf/engine/TextStyles.h"
 
 #include <string>
 #include <string_view>
@@ -16,6 +17,7 @@ struct Baseline {
     double across = 0; ///< the line's distance from the origin, to the left of the direction
     double emAlong = 1; ///< the font's size along the line
     double emAcross = 1; ///< and across it
+    TextStyles::Number style = 0;
 };
 
 /// Makes lines and words of glyphs that come in the order in which they are drawn.
@@ -34,6 +36,8 @@ public:
     std::size_t length() const { return m_text.length(); }
     /// Ends the last line and hands the text over: lines apart by U+000A.
     String take() &&;
+    /// The same with the styles that the baselines had.
+    PDFStyledText take(const TextStyles& styles) &&;
 
 private:
     bool continuesToTheLeft(std::u16string_view text, double end) const;
@@ -41,9 +45,15 @@ private:
     bool joinsAccent(std::u16string_view text, double begin, double end);
     void endLine();
     void emitInOrder();
-    void emit(std::u16string_view text, bool afterBlank);
+    void emit(const PlacedGlyph& glyph, bool afterBlank);
+
+    struct StyledFrom {
+        std::size_t place; ///< in m_text
+        TextStyles::Number style;
+    };
 
     MutableString m_text;
+    std::vector<StyledFrom> m_styles;
     Baseline m_baseline;
     bool m_baselineIsNew = true; ///< no glyph has been held against it yet
     Baseline m_line; ///< that of the last glyph

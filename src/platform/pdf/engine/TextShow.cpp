@@ -79,6 +79,8 @@ TextShow::TextShow(const TextState& state, const Matrix& matrix, TextSink& sink)
     const double emY = std::fabs(state.size) * unitY * em;
     baseline.emAlong = m_vertical ? emY : emX;
     baseline.emAcross = m_vertical ? emX : emY;
+    if (TextStyles* const styles = m_sink.styles())
+        baseline.style = styles->numberOf(state.font, emY);
     m_sink.setBaseline(baseline);
 }
 

@@ -34,8 +34,10 @@ struct Replacement {
 class TextSink {
 public:
     /// `visible` is the part of the page that is shown, in page coordinates; an empty one hides nothing.
-    explicit TextSink(Rect visible)
+    /// `styles` is told the styles of what is shown; null when nobody wants to know.
+    explicit TextSink(Rect visible, TextStyles* styles = nullptr)
         : m_visible(visible)
+        , m_styles(styles)
     {
     }
 
@@ -50,11 +52,13 @@ public:
     void endReplacement();
 
     TextPage& page() { return m_page; }
+    TextStyles* styles() const { return m_styles; }
 
 private:
     bool isVisible(double along) const;
 
     Rect m_visible;
+    TextStyles* m_styles;
     TextPage m_page;
     Baseline m_baseline;
     std::size_t m_hidden = 0;
