@@ -3,10 +3,10 @@
 #include "platform/base/Exception.h"
 #include "service/FileArgument.h"
 #include "service/MovieRequests.h"
+#include "service/PDFRequests.h"
 #include "service/PreviewRequests.h"
 #include "service/ScriptCache.h"
 #include "service/ScriptParameter.h"
-#include "service/TextRequests.h"
 
 #include <cstdlib>
 

@@ -1,4 +1,4 @@
-#include "service/TextRequests.h"
+#include "service/PDFRequests.h"
 
 #include "media/PDFText.h"
 

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-/// The requests that turn documents into text.
+/// The requests about PDF documents.
 namespace caddis {
 
 enum class PageSize : bool { LeftOut = false, Wanted = true };

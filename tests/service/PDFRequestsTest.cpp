@@ -1,4 +1,4 @@
-#include "service/TextRequests.h"
+#include "service/PDFRequests.h"
 
 #include "service/CaddisHelper.h"
 #include "support/PDFBuilder.h"
@@ -17,7 +17,7 @@ PDFBuilder onePage()
     return builder;
 }
 
-TEST(TextRequests, APDFGivesItsTextPagesAndAttributes)
+TEST(PDFRequests, APDFGivesItsTextPagesAndAttributes)
 {
     const auto reply = _attributedStringWithPDF(false, onePage().data(), std::nullopt, PageSize::Wanted);
     ASSERT_TRUE(reply);
@@ -29,13 +29,13 @@ TEST(TextRequests, APDFGivesItsTextPagesAndAttributes)
     EXPECT_EQ(helper.attributedStringWithPDF(false, Value(onePage().data()))->count(), 3U) << "no size";
 }
 
-TEST(TextRequests, ADocumentWithoutPagesHasNoSize)
+TEST(PDFRequests, ADocumentWithoutPagesHasNoSize)
 {
     const auto reply = _attributedStringWithPDF(false, PDFBuilder().data(), u"/a.pdf"_s, PageSize::Wanted);
     EXPECT_EQ(reply, (Dictionary { { u"PageCount"_s, 0 } }));
 }
 
-TEST(TextRequests, WhatIsNoPDFGivesNothing)
+TEST(PDFRequests, WhatIsNoPDFGivesNothing)
 {
     CaddisHelper helper;
     EXPECT_EQ(helper.attributedStringWithPDF(false, std::nullopt), std::nullopt);
