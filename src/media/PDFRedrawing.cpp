@@ -69,6 +69,13 @@ std::optional<Data> redrawn(const PDFDocument& document)
     return context->close();
 }
 
+Data redrawnIf(bool isWanted, const PDFDocument& document)
+{
+    if (!isWanted || losesByRedrawing(document))
+        return document.dataRepresentation();
+    return redrawn(document).value_or(document.dataRepresentation());
+}
+
 // The page turned as it is shown, with the box's corner that is then at the lower left at the origin.
 AffineTransform transformForBox(const PDFPage& page, PDFDisplayBox box)
 {
@@ -130,9 +137,21 @@ void _drawToPDFContext(const PDFDocument& document, PDFContext& context)
 
 Data fixedDataRepresentation(const PDFDocument& document)
 {
-    if (platformWritesWell() || losesByRedrawing(document))
-        return document.dataRepresentation();
-    return redrawn(document).value_or(document.dataRepresentation());
+    return redrawnIf(!platformWritesWell(), document);
+}
+
+std::optional<Data> fixedDataRepresentationWithOptions(const PDFDocument& document, const Dictionary& options)
+{
+    const Value* const redraws = options.find(u"Redraw");
+    const bool isWanted = redraws && redraws->as<bool>() && *redraws->as<bool>();
+    const Data data = redrawnIf(isWanted || !platformWritesWell(), document);
+    const auto user = options.stringForKey(u"PDFDocumentUserPasswordOption");
+    const auto owner = options.stringForKey(u"PDFDocumentOwnerPasswordOption");
+    if (!user && !owner)
+        return data;
+    const auto plain = PDFDocument::initWithData(data);
+    const String reader = user.value_or(String());
+    return plain ? plain->dataRepresentationWithPasswords({ reader, owner.value_or(reader) }) : std::nullopt;
 }
 
 } // namespace OstraPDFDocumentExtensions

@@ -33,6 +33,12 @@ void _drawToPDFContext(const PDFDocument& document, PDFContext& context);
 /// and keywords are kept. Else, and when redrawing fails, it is the plain dataRepresentation.
 Data fixedDataRepresentation(const PDFDocument& document);
 
+/// The same with options. "PDFDocumentUserPasswordOption", "PDFDocumentOwnerPasswordOption": strings for
+/// which the result is encrypted; who knows the user's is the owner when only that one is given. "Redraw":
+/// true redraws on every release, where that loses nothing. Nil: it could not be encrypted.
+std::optional<Data> fixedDataRepresentationWithOptions(
+    const PDFDocument& document, const Dictionary& options);
+
 } // namespace OstraPDFDocumentExtensions
 
 } // namespace caddis

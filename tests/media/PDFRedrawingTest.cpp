@@ -86,6 +86,22 @@ TEST(PDFRedrawing, WhatWouldLoseByItIsNotRedrawn)
     EXPECT_FALSE(isRedrawn(outline));
 }
 
+TEST(PDFRedrawing, OptionsEncryptAndRedraw)
+{
+    const auto document = PDFDocument::initWithData(withLinks().data());
+    const auto written = [&](const Dictionary& options) {
+        return PDFDocument::initWithData(*fixedDataRepresentationWithOptions(*document, options));
+    };
+    EXPECT_TRUE(written({})->dataRepresentation() == document->dataRepresentation());
+    EXPECT_FALSE(written({ { u"Redraw"_s, true } })->dataRepresentation() == document->dataRepresentation());
+    const auto locked = written({ { u"PDFDocumentUserPasswordOption"_s, u"geheim ä"_s } });
+    EXPECT_TRUE(locked->isLocked());
+    EXPECT_EQ(locked->pageCount(), 0U);
+    const auto open = written({ { u"PDFDocumentOwnerPasswordOption"_s, u"mine"_s } });
+    EXPECT_FALSE(open->isLocked());
+    EXPECT_EQ(fixedAndNormalizedString(*open), u"first\nsecond\n"_s);
+}
+
 TEST(PDFRedrawing, AnAnnotationThatIsOnlyItsAppearanceGoes)
 {
     PDFBuilder builder;

@@ -28,6 +28,11 @@ Dictionary PDFDocument::documentAttributes() const { return m_document->attribut
 
 std::vector<PDFOutlineItem> PDFDocument::outline() const { return m_document->outline(); }
 
+std::optional<Data> PDFDocument::dataRepresentationWithPasswords(const PDFPasswords& passwords) const
+{
+    return m_document->dataWithPasswords(passwords);
+}
+
 std::unique_ptr<PDFPage> PDFDocument::pageAtIndex(std::size_t index) const
 {
     if (index >= pageCount())

@@ -37,6 +37,8 @@ public:
 
     /// The document as it was read.
     Data dataRepresentation() const { return m_data; }
+    /// The document encrypted for these passwords (AES-256). Nil when it can't be written.
+    std::optional<Data> dataRepresentationWithPasswords(const PDFPasswords& passwords) const;
 
 protected:
     struct Opened {

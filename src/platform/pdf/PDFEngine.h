@@ -27,6 +27,7 @@ public:
     virtual std::vector<PDFAnnotation> annotations(std::size_t page) const = 0;
     virtual std::optional<PDFRaster> draw(std::size_t page, const PDFRasterRequest& request) const = 0;
     virtual std::optional<Data> dataOfPage(std::size_t page) const = 0;
+    virtual std::optional<Data> dataWithPasswords(const PDFPasswords& passwords) const = 0;
 };
 
 /// A PDF document that is being written, page by page.

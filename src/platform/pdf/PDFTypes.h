@@ -56,6 +56,12 @@ struct PDFOutlineItem {
     std::optional<std::size_t> pageIndex; ///< where it leads to inside the document
 };
 
+/// What opens an encrypted document: for reading, and for everything. An empty one is a password too.
+struct PDFPasswords {
+    String user;
+    String owner;
+};
+
 /// What part of a page is drawn, and into how many pixels.
 struct PDFRasterRequest {
     PDFDisplayBox box = PDFDisplayBox::Crop;

@@ -78,6 +78,20 @@ TEST(PDFDocument, OutlineAndAnnotationsAreListed)
     EXPECT_EQ(annotations[2].keys, std::vector<String> { u"/AP"_s });
 }
 
+TEST(PDFDocument, OnlyThePasswordForReadingMayBeEmpty)
+{
+    PDFBuilder builder;
+    builder.page("BT /F1 12 Tf 72 700 Td (secret) Tj ET");
+    const auto document = PDFDocument::initWithData(builder.data());
+    const auto encrypted = [&](const PDFPasswords& passwords) {
+        return PDFDocument::initWithData(*document->dataRepresentationWithPasswords(passwords));
+    };
+    EXPECT_TRUE(encrypted({ u"reader"_s, u"owner"_s })->isLocked());
+    EXPECT_TRUE(encrypted({ u"reader"_s, String() })->isLocked()) << "an empty owner password opens nothing";
+    EXPECT_FALSE(encrypted({ String(), u"owner"_s })->isLocked());
+    EXPECT_EQ(encrypted({ String(), String() })->pageAtIndex(0)->string(), u"secret"_s);
+}
+
 TEST(PDFDocument, DamageGivesWhatCanBeRead)
 {
     PDFBuilder builder;

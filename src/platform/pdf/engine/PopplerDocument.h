@@ -43,6 +43,7 @@ public:
     std::vector<PDFAnnotation> annotations(std::size_t page) const override;
     std::optional<PDFRaster> draw(std::size_t page, const PDFRasterRequest& request) const override;
     std::optional<Data> dataOfPage(std::size_t page) const override;
+    std::optional<Data> dataWithPasswords(const PDFPasswords& passwords) const override;
 
     /// The same bytes for QPDF. Null when it can't read them, sees other pages in them, or when there are so
     /// many objects that copies of them would fill the memory.

@@ -73,12 +73,15 @@ QPDFObjectHandle placeOf(const LinkDest& destination)
 }
 
 // QPDF throws for damage and for lack of memory alike; either way there is no document.
-std::optional<Data> written(QPDF& document)
+std::optional<Data> written(QPDF& document, const PDFPasswords* passwords = nullptr)
 try {
     QPDFWriter writer(document);
     writer.setOutputMemory();
     writer.setObjectStreamMode(qpdf_o_generate);
     writer.setStreamDataMode(qpdf_s_preserve);
+    if (passwords)
+        writer.setR6EncryptionParameters(passwords->user.utf8().c_str(), passwords->owner.utf8().c_str(),
+            true, true, true, true, true, true, qpdf_r3p_full, true);
     writer.write();
     const std::shared_ptr<Buffer> buffer = writer.getBufferSharedPointer();
     return Data::keptBy(buffer, buffer->getBuffer(), buffer->getSize());
@@ -265,6 +268,12 @@ std::shared_ptr<QPDF> PopplerDocument::forWriting() const
 }
 
 bool isReadableByQpdf(const Data& data) { return data.size() <= MostBytesToRepair && opened(data); }
+
+std::optional<Data> PopplerDocument::dataWithPasswords(const PDFPasswords& passwords) const
+{
+    const auto source = forWriting();
+    return source ? written(*source, &passwords) : std::nullopt;
+}
 
 bool isForOwnerOnly(const Data& data)
 try {
