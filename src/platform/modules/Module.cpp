@@ -14,7 +14,8 @@ std::filesystem::path find(const std::string& file)
 {
     std::error_code error;
     const auto folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-    for (const auto& candidate : { folder / file, folder / "../lib/caddis" / file }) {
+    for (const char* place : { "", "../lib/caddis", "../libexec/caddis" }) {
+        auto candidate = folder / place / file;
         if (std::filesystem::exists(candidate, error))
             return candidate;
     }
