@@ -24,6 +24,7 @@ struct Invocation {
     bool json = false;
     bool items = false; ///< --items
     std::optional<std::string> output; ///< -o
+    std::optional<std::uint32_t> size; ///< --size, in pixels
     std::optional<std::string> url; ///< --url
     std::vector<std::string> arguments;
     std::function<Proxy()> helper; ///< launches one when none runs; throws HelperUnavailable

@@ -16,11 +16,18 @@ namespace caddis::tool {
 
 namespace {
 
-std::optional<String> textOfPage(const std::string& file)
+// The header may have some bytes of something else before it.
+bool isPDF(const Data& data) { return data.chars().substr(0, 1024).find("%PDF-") != std::string_view::npos; }
+
+std::optional<String> textOfPage(const Invocation& invocation, const std::string& file)
 {
     const auto data = contentsOf(file);
     if (!data)
         return std::nullopt;
+    if (isPDF(*data)) {
+        const auto reply = HelperProxy(invocation.helper()).attributedStringWithPDF(false, *data);
+        return reply ? reply->stringForKey(u"String") : std::nullopt;
+    }
     const String markup = stringWithMarkupData(*data, NSStringEncoding::UTF8);
     return stringByConvertingHtml2PlainTextNonUmlauted(markup, false, { .reformat = true, .onlyBody = true })
         .text;
@@ -29,7 +36,7 @@ std::optional<String> textOfPage(const std::string& file)
 std::optional<String> textOf(const Invocation& invocation, const std::string& file)
 {
     if (!EPUBParser::isEPUBFile(String::fromUtf8(file)))
-        return textOfPage(file);
+        return textOfPage(invocation, file);
     const auto metadata = HelperProxy(invocation.helper()).metaDataForFile(absolutePath(file));
     return metadata ? metadata->stringForKey(u"kMDItemTextContent") : std::nullopt;
 }

@@ -8,6 +8,7 @@
 #include "ImporterCommands.h"
 #include "LibraryCommands.h"
 #include "MediaCommands.h"
+#include "PDFCommands.h"
 #include "Quiet.h"
 #include "client/OstraImExport.h"
 
@@ -30,7 +31,7 @@ constexpr Command table[] = {
         "    kMDItemTitle    Moby-Dick\n"
         "    kMDItemAuthors  Herman Melville\n",
         1, info },
-    { "text", "FILE…", "the plain text of a book or a page",
+    { "text", "FILE…", "the plain text of a book, a page or a PDF",
         "  $ caddis text page.html\n"
         "  Chapter 1. Loomings.\n",
         1, text },
@@ -61,6 +62,10 @@ constexpr Command table[] = {
         1, movie },
     { "pdf-of-image", "FILE", "a PDF or PostScript picture as PDF",
         "  $ caddis pdf-of-image drawing.eps -o drawing.pdf\n", 1, pdfOfImage },
+    { "page", "PDF N", "one page of a PDF as a PNG picture",
+        "  $ caddis page manual.pdf 1 --size 256 -o cover.png\n", 2, page },
+    { "pdf-fix", "IN OUT", "a PDF written anew, where that loses nothing",
+        "  $ caddis pdf-fix odd.pdf clean.pdf\n", 2, pdfFix },
     { "supports", "FILE…", "whether something can be found out about files of their kind",
         "  $ caddis supports moby-dick.epub notes.xyz\n"
         "  yes  moby-dick.epub\n"
@@ -85,6 +90,7 @@ constexpr char Options[] = "  --json       print JSON, one line per result\n"
                            "  -o FILE      write data to FILE\n"
                            "  --items      of a feed: print its items, one line of JSON each\n"
                            "  --url URL    of a feed: where it comes from, to resolve its links\n"
+                           "  --size N     of a page: its longer side in pixels\n"
                            "  --keep       leave a helper that had to be launched running\n"
                            "  --help       this; after a command, that command\n";
 
@@ -128,6 +134,15 @@ struct CommandLine {
     bool keep = false;
     std::optional<std::string> mistake;
     Invocation invocation;
+
+    void readSize(const std::string& word)
+    {
+        const long size = std::strtol(word.c_str(), nullptr, 10);
+        if (size > 0 && size <= 10'000)
+            invocation.size = static_cast<std::uint32_t>(size);
+        else
+            mistake = "a size is a number of pixels from 1 to 10000";
+    }
 };
 
 CommandLine parse(std::span<char*> words)
@@ -153,6 +168,8 @@ CommandLine parse(std::span<char*> words)
             line.help = true;
         else if (word == "-o" && index + 1 < words.size())
             line.invocation.output = words[++index];
+        else if (word == "--size" && index + 1 < words.size())
+            line.readSize(words[++index]);
         else if (word == "--url" && index + 1 < words.size())
             line.invocation.url = words[++index];
         else
