@@ -1,0 +1,231 @@
+#include "platform/image/engine/Exif.h"
+#include "platform/image/engine/JPEGSegments.h"
+#include "platform/image/engine/Readers.h"
+
+#include <csetjmp>
+#include <cstdio>
+#include <jpeglib.h>
+
+// Errors leave libjpeg as exceptions: the x86-64 ABI has unwind tables for C functions too.
+
+namespace caddis::image {
+
+namespace {
+
+constexpr int MostScans = 500;
+
+[[noreturn]] void fail(j_common_ptr) { throw Broken(); }
+
+void ignore(j_common_ptr) { }
+
+void ignoreMessage(j_common_ptr, int) { }
+
+const JOCTET endOfImage[] = { 0xFF, 0xD9 };
+
+// A source over parts of a file, as if they were the file; behind the last comes the end of the image.
+struct PartsSource : jpeg_source_mgr {
+    std::vector<std::string_view> parts;
+    std::size_t next = 0;
+
+    explicit PartsSource(std::vector<std::string_view> all)
+        : jpeg_source_mgr {}
+        , parts(std::move(all))
+    {
+        init_source = [](j_decompress_ptr) {};
+        fill_input_buffer = [](j_decompress_ptr codec) { return of(codec).fill(); };
+        skip_input_data = [](j_decompress_ptr codec, long count) { of(codec).skip(count); };
+        resync_to_restart = jpeg_resync_to_restart;
+        term_source = [](j_decompress_ptr) {};
+    }
+    static PartsSource& of(j_decompress_ptr codec) { return *static_cast<PartsSource*>(codec->src); }
+
+    // A buffer that is handed over must not be empty: libjpeg takes a byte of it unasked.
+    boolean fill()
+    {
+        while (next < parts.size() && parts[next].empty())
+            ++next;
+        const bool isAtEnd = next >= parts.size();
+        next_input_byte = isAtEnd ? endOfImage : reinterpret_cast<const JOCTET*>(parts[next].data());
+        bytes_in_buffer = isAtEnd ? sizeof endOfImage : parts[next].size();
+        ++next;
+        return TRUE;
+    }
+    void skip(long count)
+    {
+        auto rest = static_cast<std::size_t>(std::max(count, 0L));
+        while (rest > bytes_in_buffer && next < parts.size()) {
+            rest -= bytes_in_buffer;
+            fill();
+        }
+        const std::size_t some = std::min(rest, bytes_in_buffer);
+        next_input_byte += some;
+        bytes_in_buffer -= some;
+    }
+};
+
+class Decompressor {
+public:
+    explicit Decompressor(std::vector<std::string_view> parts)
+        : m_source(std::move(parts))
+    {
+        codec.err = jpeg_std_error(&m_errors);
+        m_errors.error_exit = fail;
+        m_errors.output_message = ignore;
+        m_errors.emit_message = ignoreMessage;
+        jpeg_create_decompress(&codec);
+        codec.src = &m_source;
+        codec.mem->max_memory_to_use = limits::MostBytesInMemory;
+        m_progress.progress_monitor = watch;
+        codec.progress = &m_progress;
+    }
+    ~Decompressor() { jpeg_destroy_decompress(&codec); }
+    Decompressor(const Decompressor&) = delete;
+    Decompressor& operator=(const Decompressor&) = delete;
+
+    jpeg_decompress_struct codec {};
+
+private:
+    // A small file may hold very many scans over very many blocks.
+    static void watch(j_common_ptr common)
+    {
+        const auto* codec = reinterpret_cast<j_decompress_ptr>(common);
+        const auto* self = reinterpret_cast<const Decompressor*>(codec);
+        if (codec->input_scan_number > MostScans
+            || std::chrono::steady_clock::now() > self->m_start + limits::MostTime)
+            throw Broken();
+    }
+
+    jpeg_error_mgr m_errors {};
+    jpeg_progress_mgr m_progress {};
+    PartsSource m_source;
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+class JPEGReader final : public Reader {
+public:
+    explicit JPEGReader(const Data& data)
+        : m_data(data)
+        , m_segments(segmentsOfHeader(Bytes(data)))
+    {
+        for (const JPEGSegment& segment : m_segments) {
+            const std::string_view body = segment.body(Bytes(m_data));
+            if (segment.marker == 0xE1 && body.starts_with(std::string_view("Exif\0\0", 6)) && m_exif.empty())
+                m_exif = body.substr(6);
+        }
+        m_summary = readExif(m_exif);
+    }
+
+    std::optional<ImageInfo> info(std::size_t) override
+    {
+        Decompressor decompressor({ m_data.chars() });
+        auto& codec = decompressor.codec;
+        jpeg_read_header(&codec, TRUE);
+        ImageInfo info;
+        info.pixelsWide = codec.image_width;
+        info.pixelsHigh = codec.image_height;
+        info.orientation = m_summary.orientation;
+        info.depth = static_cast<std::uint32_t>(codec.data_precision);
+        info.colorModel = codec.num_components == 1 ? ColorModel::Gray
+            : codec.num_components == 4             ? ColorModel::CMYK
+                                                    : ColorModel::RGB;
+        const double unit = codec.density_unit == 2 ? 2.54 : codec.density_unit == 1 ? 1 : 0;
+        info.dpiWidth = m_summary.dpiWidth > 0 ? m_summary.dpiWidth : codec.X_density * unit;
+        info.dpiHeight = m_summary.dpiHeight > 0 ? m_summary.dpiHeight : codec.Y_density * unit;
+        return info;
+    }
+
+    void decode(std::size_t, Target target, RowSink& sink) override;
+
+    std::optional<Data> embedded(std::size_t) override
+    {
+        if (!m_summary.thumbnail)
+            return std::nullopt;
+        const std::size_t start = static_cast<std::size_t>(m_exif.data() - m_data.chars().data());
+        return m_data.slice({ start + m_summary.thumbnail->location, m_summary.thumbnail->length });
+    }
+
+    Dictionary properties(std::size_t) override;
+
+private:
+    bool isProgressive() const
+    {
+        return std::any_of(m_segments.begin(), m_segments.end(),
+            [](const JPEGSegment& segment) { return segment.marker == 0xC2; });
+    }
+    // The whole file, or what of it shows at an eighth of the size.
+    std::vector<std::string_view> parts(bool isEighth) const
+    {
+        const Bytes bytes(m_data);
+        if (!isEighth || !isProgressive() || m_segments.back().marker != 0xDA)
+            return { m_data.chars() };
+        const std::size_t firstScan = m_segments.back().place;
+        auto scans = scansOfMeans(bytes, firstScan);
+        scans.insert(scans.begin(), bytes.run(0, firstScan));
+        return scans;
+    }
+
+    Data m_data;
+    std::vector<JPEGSegment> m_segments;
+    std::string_view m_exif;
+    ExifSummary m_summary;
+};
+
+// The largest of the divisors for which libjpeg has fast transforms that leaves enough pixels.
+unsigned divisorFor(const ImageInfo& info, Target target)
+{
+    const auto isEnough = [&](unsigned divisor) {
+        return (info.pixelsWide + divisor - 1) / divisor >= target.wide
+            && (info.pixelsHigh + divisor - 1) / divisor >= target.high;
+    };
+    return isEnough(8) ? 8 : isEnough(4) ? 4 : isEnough(2) ? 2 : 1;
+}
+
+// libjpeg gives ink as the file has it: inverted where Adobe's marker stands.
+void invert(std::vector<JSAMPLE>& row)
+{
+    for (JSAMPLE& sample : row)
+        sample = static_cast<JSAMPLE>(255 - sample);
+}
+
+void JPEGReader::decode(std::size_t index, Target target, RowSink& sink)
+{
+    const unsigned divisor = divisorFor(*info(index), target);
+    Decompressor decompressor(parts(divisor == 8));
+    auto& codec = decompressor.codec;
+    jpeg_read_header(&codec, TRUE);
+    codec.scale_num = 1;
+    codec.scale_denom = divisor;
+    codec.do_block_smoothing = FALSE;
+    const bool isCMYK = codec.num_components == 4;
+    codec.out_color_space = isCMYK ? JCS_CMYK : JCS_EXT_RGBX;
+    jpeg_start_decompress(&codec);
+    sink.begin(
+        codec.output_width, codec.output_height, isCMYK ? PixelLayout::InvertedCMYK : PixelLayout::Opaque);
+    std::vector<JSAMPLE> row(std::size_t { codec.output_width } * 4);
+    JSAMPROW rows[] = { row.data() };
+    while (codec.output_scanline < codec.output_height) {
+        jpeg_read_scanlines(&codec, rows, 1);
+        if (isCMYK && !codec.saw_Adobe_marker)
+            invert(row);
+        sink.row(row.data());
+    }
+}
+
+Dictionary JPEGReader::properties(std::size_t)
+{
+    Decompressor decompressor({ m_data.chars() });
+    auto& codec = decompressor.codec;
+    jpeg_read_header(&codec, TRUE);
+    if (!codec.saw_JFIF_marker)
+        return {};
+    Dictionary jfif { { u"JFIFVersion"_s, Array { codec.JFIF_major_version, codec.JFIF_minor_version } },
+        { u"DensityUnit"_s, codec.density_unit }, { u"XDensity"_s, codec.X_density },
+        { u"YDensity"_s, codec.Y_density }, { u"IsProgressive"_s, isProgressive() } };
+    return { { u"{JFIF}"_s, std::move(jfif) } };
+}
+
+} // namespace
+
+std::unique_ptr<Reader> openJPEG(const Data& data) { return std::make_unique<JPEGReader>(data); }
+
+} // namespace caddis::image
