@@ -17,6 +17,7 @@ Answer feedFact(const Question&);
 Answer documentFact(const Question&);
 Answer htmlFact(const Question&);
 Answer importerFact(const Question&);
+Answer imageFact(const Question&);
 Answer jsonFact(const Question&);
 Answer pdfFact(const Question&);
 Answer mimeFact(const Question&);
@@ -41,6 +42,7 @@ const std::map<std::u16string_view, Answerer> kinds {
     { u"epub", epubFact },
     { u"feeds", feedFact },
     { u"html", htmlFact },
+    { u"images", imageFact },
     { u"json", jsonFact },
     { u"pdf", pdfFact },
     { u"mime", mimeFact },
