@@ -21,19 +21,27 @@ ScriptErrorInfo errorFrom(const Failure& failure, Range position)
 
 class CompiledAppleScript final : public Script {
 public:
-    /// Fails with the error of the first token that does not fit, or of a property's first value.
-    CompiledAppleScript(const ScriptText& text, const ScriptLimits& limits)
+    CompiledAppleScript() = default;
+    ~CompiledAppleScript() override
+    {
+        const Heap::Scope scope(m_heap);
+        m_script = Datum();
+    }
+
+    /// The error of the first token that does not fit, or of a property's first value. A failure holds values
+    /// of this script's heap, so it must not leave: nil when all is well.
+    std::optional<ScriptErrorInfo> load(const ScriptText& text, const ScriptLimits& limits)
     {
         const Interpreter::Call call(m_interpreter, limits);
         m_interpreter.scriptPath = text.path;
-        auto program = parseScript(text.text);
-        const ScriptCode& code = program->script;
-        m_script = instantiate(m_interpreter, std::move(program), code, nullptr);
-    }
-    ~CompiledAppleScript() override
-    {
-        const Heap::Scope scope(m_interpreter.heap());
-        m_script = Datum();
+        try {
+            auto program = parseScript(text.text);
+            const ScriptCode& code = program->script;
+            m_script = instantiate(m_interpreter, std::move(program), code, nullptr);
+        } catch (const Failure& failure) {
+            return errorFrom(failure, {});
+        }
+        return std::nullopt;
     }
 
     ScriptReply run(const ScriptLimits& limits) override
@@ -87,6 +95,7 @@ private:
 
     std::vector<String> slotNames(ScriptCode::SlotKind kind) const
     {
+        const Heap::Scope scope(m_heap);
         std::vector<String> names;
         for (const ScriptCode::Slot& slot : script().code.slots) {
             if (slot.kind == kind)
@@ -96,6 +105,7 @@ private:
     }
 
     Interpreter m_interpreter;
+    Heap& m_heap = m_interpreter.heap();
     Datum m_script;
 };
 
@@ -109,11 +119,10 @@ CompiledScript AppleScriptComponent::compile(const ScriptText& script) const
         info.message = String(u"The script was compiled by another version.");
         return info;
     }
-    try {
-        return std::make_unique<CompiledAppleScript>(script, ScriptLimits::fromEnvironment());
-    } catch (const Failure& failure) {
-        return errorFrom(failure, {});
-    }
+    auto compiled = std::make_unique<CompiledAppleScript>();
+    if (auto error = compiled->load(script, ScriptLimits::fromEnvironment()))
+        return *std::move(error);
+    return compiled;
 }
 
 } // namespace caddis

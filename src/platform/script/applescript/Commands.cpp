@@ -22,11 +22,11 @@ const CommandTable& table()
         for (const auto group : { coreCommands(), textCommands(), fileCommands(), systemCommands(),
                  interactionCommands(), fileApplicationCommands() }) {
             for (const CommandSpec& spec : group) {
-                result.names.add(spec.name, result.specs.size());
+                result.names.add(String::fromLatin1(spec.name), result.specs.size());
                 result.specs.push_back(&spec);
                 PhraseTable& labels = result.parameters.emplace_back();
                 for (std::size_t index = 0; index < spec.parameters.size(); ++index)
-                    labels.add(spec.parameters[index].label, index);
+                    labels.add(String::fromLatin1(spec.parameters[index].label), index);
             }
         }
         return result;

@@ -1,12 +1,16 @@
 #include "platform/script/applescript/Heap.h"
 
 #include "platform/script/applescript/Failure.h"
+#include "platform/script/applescript/NameTable.h"
+
+#include <new>
 
 namespace caddis::applescript {
 
 namespace {
 
-constexpr std::size_t ObjectOverhead = 64;
+constexpr std::size_t AllocationOverhead = 16;
+constexpr std::size_t NameOverhead = 160; // Two strings, their entries in the table.
 
 } // namespace
 
@@ -16,8 +20,6 @@ Object::Object()
     : m_heap(&Heap::current())
     , m_next(m_heap->m_first)
 {
-    m_heap->require(ObjectOverhead);
-    m_heap->m_bytes += ObjectOverhead;
     if (m_next)
         m_next->m_previous = this;
     m_heap->m_first = this;
@@ -25,10 +27,24 @@ Object::Object()
 
 Object::~Object()
 {
-    m_heap->m_bytes -= ObjectOverhead;
     if (m_next)
         m_next->m_previous = m_previous;
     (m_previous ? m_previous->m_next : m_heap->m_first) = m_next;
+}
+
+void* Object::operator new(std::size_t size)
+{
+    Heap& heap = Heap::current();
+    heap.require(size + AllocationOverhead);
+    void* object = ::operator new(size);
+    heap.m_bytes += size + AllocationOverhead;
+    return object;
+}
+
+void Object::operator delete(void* object, std::size_t size) noexcept
+{
+    Heap::current().m_bytes -= size + AllocationOverhead;
+    ::operator delete(object, size);
 }
 
 void Object::charge(std::size_t bytes)
@@ -43,6 +59,7 @@ void Object::bury(Object* object) noexcept { object->m_heap->bury(object); }
 
 Heap::Heap(std::size_t limit)
     : m_limit(limit)
+    , m_names(makeNamesOfScript())
 {
 }
 
@@ -67,6 +84,14 @@ void Heap::require(std::size_t bytes) const
         fail(ScriptErrorNumber::OutOfMemory, String(u"Out of memory."));
 }
 
+Symbol Heap::addName(const String& key, const String& spelling)
+{
+    const std::size_t bytes = NameOverhead + (key.length() + spelling.length()) * sizeof(char16_t);
+    require(bytes);
+    m_bytes += bytes;
+    return m_names->add(key, spelling);
+}
+
 // Objects die one after the other, never inside one another: a list of a million nested lists must not
 // exhaust the stack.
 void Heap::bury(Object* object)
@@ -75,6 +100,7 @@ void Heap::bury(Object* object)
     if (m_burying)
         return;
     m_burying = true;
+    const Scope scope(*this);
     while (!m_dead.empty()) {
         Object* dead = m_dead.back();
         m_dead.pop_back();

@@ -1,13 +1,17 @@
 #pragma once
 
+#include "platform/script/applescript/Symbols.h"
+
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
-/// The memory of one script: every object that its values refer to.
+/// The memory of one script: every object that its values refer to, and the names that it uses.
 namespace caddis::applescript {
 
 class Heap;
+class NameTable;
 
 /// What a value refers to. Objects count their references; cycles last until their heap goes.
 class Object {
@@ -16,6 +20,10 @@ public:
     virtual ~Object();
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
+
+    /// Objects are counted with their whole size. They are made, and go, with their heap current.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* object, std::size_t size) noexcept;
 
     static void retain(Object* object) noexcept
     {
@@ -58,6 +66,10 @@ public:
     /// Fails with error -108 when `bytes` more would not fit; so a large value is refused before it is made.
     void require(std::size_t bytes) const;
 
+    /// The script's own names; see Symbol.
+    const NameTable& names() const { return *m_names; }
+    Symbol addName(const String& key, const String& spelling);
+
     /// Makes a heap current while it lives.
     class Scope {
     public:
@@ -85,6 +97,7 @@ private:
     Object* m_first = nullptr;
     std::vector<Object*> m_dead;
     bool m_burying = false;
+    std::unique_ptr<NameTable> m_names;
 };
 
 } // namespace caddis::applescript

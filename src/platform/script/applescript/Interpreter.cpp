@@ -1,8 +1,10 @@
 #include "platform/script/applescript/Interpreter.h"
 
 #include "platform/script/applescript/Access.h"
+#include "platform/script/applescript/Commands.h"
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/OpenFile.h"
+#include "platform/script/applescript/Terms.h"
 #include "platform/script/applescript/TextComparison.h"
 
 #include <algorithm>
@@ -38,9 +40,13 @@ LanguageState& languageState()
     return state;
 }
 
+// The words of all phrases get their numbers before the first script brings its own.
 Interpreter::Interpreter()
     : m_heap(std::size_t { 512 } << 20)
 {
+    static const bool isVocabularyMade
+        = (matchTerm({}, true), matchCommand({}), matchEventHandler({}), true);
+    static_cast<void>(isVocabularyMade);
 }
 
 Interpreter::~Interpreter() = default;

@@ -60,7 +60,17 @@ void Record::set(Symbol label, Datum value)
             return;
         }
     }
+    const std::size_t before = bytes();
+    if (m_fields.size() == m_fields.capacity())
+        Heap::current().require(before + sizeof(Field));
     m_fields.emplace_back(label, std::move(value));
+    charge(bytes() - before);
+}
+
+void Record::dropReferences()
+{
+    refund(bytes());
+    std::vector<Field>().swap(m_fields);
 }
 
 } // namespace caddis::applescript

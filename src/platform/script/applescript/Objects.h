@@ -80,7 +80,9 @@ public:
     explicit Record(std::vector<Field> fields)
         : m_fields(std::move(fields))
     {
+        charge(bytes());
     }
+    ~Record() override { refund(bytes()); }
 
     const std::vector<Field>& fields() const { return m_fields; }
     /// Null pointer when there is no such label.
@@ -88,7 +90,8 @@ public:
     void set(Symbol label, Datum value);
 
 private:
-    void dropReferences() override { std::vector<Field>().swap(m_fields); }
+    std::size_t bytes() const { return m_fields.capacity() * sizeof(Field); }
+    void dropReferences() override;
 
     std::vector<Field> m_fields;
 };

@@ -5,8 +5,21 @@
 
 namespace caddis::applescript {
 
+namespace {
+
+// What a unit of a source costs as tokens and tree at most; so that a vast one is refused before it is read.
+constexpr std::size_t BytesPerUnit = 128;
+
+const String& affordable(const String& source)
+{
+    Heap::current().require(source.length() * BytesPerUnit);
+    return source;
+}
+
+} // namespace
+
 Parser::Parser(const String& source)
-    : m_source(source)
+    : m_source(affordable(source))
     , m_tokens(tokensOf(source))
 {
 }

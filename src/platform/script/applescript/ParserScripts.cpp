@@ -108,18 +108,11 @@ Symbol Parser::parseHandlerName()
         failExpected(String(u"handler name"));
     // Commands that applications send have names of several words.
     const std::vector<Symbol> words = upcomingWords();
-    static const PhraseTable names = [] {
-        PhraseTable table;
-        for (const char* name : { "adding folder items to", "removing folder items from", "opening folder",
-                 "closing folder window for", "moving folder window for", "open location", "will quit" })
-            table.add(name, 1);
-        return table;
-    }();
-    if (const auto match = names.longest(words); match.words) {
+    if (const std::size_t count = matchEventHandler(words)) {
         String name = plainName(words[0]);
-        for (std::size_t index = 1; index < match.words; ++index)
+        for (std::size_t index = 1; index < count; ++index)
             name = format(u"%@ %@", name, plainName(words[index]));
-        m_at += match.words;
+        m_at += count;
         return symbolOfPlainName(name);
     }
     return next().symbol;

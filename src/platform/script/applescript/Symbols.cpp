@@ -1,8 +1,9 @@
 #include "platform/script/applescript/Symbols.h"
 
+#include "platform/script/applescript/Heap.h"
+#include "platform/script/applescript/NameTable.h"
+
 #include <algorithm>
-#include <deque>
-#include <mutex>
 #include <unicode/uchar.h>
 #include <unicode/ustring.h>
 #include <unordered_map>
@@ -45,109 +46,103 @@ bool isPlain(std::u16string_view name)
         [](char16_t unit) { return unit == u'_' || u_isalpha(unit) || (unit < 0x80 && u_isdigit(unit)); });
 }
 
-// Keys are lower-case names, names between bars as they stand, and "|name" for a barred name that is also a
-// term. Terms come first, so that a term's symbol is its row.
-class SymbolTable {
-public:
-    SymbolTable()
+constexpr auto FirstNameOfScript = static_cast<Symbol>(1U << 31);
+
+// Terms come first, so that a term's symbol is its row; then the other words of phrases.
+struct Vocabulary {
+    Vocabulary()
     {
         for (const Term& term : terms)
-            add(lowerCase(String::fromLatin1(term.spelling)), String::fromLatin1(term.spelling));
+            names.add(lowerCase(String::fromLatin1(term.spelling)), String::fromLatin1(term.spelling));
         for (std::size_t row = 0; row < TermCount; ++row) {
             if (terms[row].code)
-                m_codes.try_emplace(terms[row].code, static_cast<Symbol>(row));
+                codes.try_emplace(terms[row].code, static_cast<Symbol>(row));
         }
     }
 
-    Symbol intern(const String& key, std::u16string_view spelling)
-    {
-        const std::lock_guard lock(m_mutex);
-        const auto found = m_symbols.find(key.view());
-        return found != m_symbols.end() ? found->second : add(key, String(spelling));
-    }
-
-    std::optional<Symbol> find(std::u16string_view key)
-    {
-        const std::lock_guard lock(m_mutex);
-        const auto found = m_symbols.find(key);
-        return found != m_symbols.end() ? std::optional(found->second) : std::nullopt;
-    }
-
-    String spelling(Symbol symbol)
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_names[static_cast<std::size_t>(symbol)].spelling;
-    }
-
-    Symbol withCode(FourCharCode code) const
-    {
-        const auto found = m_codes.find(code);
-        return found != m_codes.end() ? found->second : Symbol::None;
-    }
-
-private:
-    struct Name {
-        String key;
-        String spelling;
-    };
-
-    Symbol add(const String& key, const String& spelling)
-    {
-        const auto symbol = static_cast<Symbol>(m_names.size());
-        m_names.push_back({ key, spelling });
-        m_symbols.try_emplace(m_names.back().key.view(), symbol);
-        return symbol;
-    }
-
-    std::mutex m_mutex;
-    std::deque<Name> m_names;
-    std::unordered_map<std::u16string_view, Symbol> m_symbols;
-    std::unordered_map<FourCharCode, Symbol> m_codes;
+    NameTable names { Symbol::None };
+    std::unordered_map<FourCharCode, Symbol> codes;
 };
 
-SymbolTable& table()
+Vocabulary& vocabulary()
 {
-    static SymbolTable symbols;
-    return symbols;
+    static Vocabulary words;
+    return words;
+}
+
+// Keys are lower-case names, names between bars as they stand, and "|name" for a barred name that is also a
+// term.
+std::optional<Symbol> find(std::u16string_view key)
+{
+    const auto shared = vocabulary().names.find(key);
+    return shared ? shared : Heap::current().names().find(key);
+}
+
+Symbol intern(const String& key, std::u16string_view spelling)
+{
+    const auto known = find(key);
+    return known ? *known : Heap::current().addName(key, String(spelling));
 }
 
 bool isTerm(Symbol symbol) { return symbol < Symbol::FirstUserSymbol; }
 
 } // namespace
 
+Symbol NameTable::add(const String& key, const String& spelling)
+{
+    const auto symbol = static_cast<Symbol>(m_first + static_cast<std::uint32_t>(m_names.size()));
+    m_names.push_back({ key, spelling });
+    m_symbols.try_emplace(m_names.back().key.view(), symbol);
+    return symbol;
+}
+
+std::unique_ptr<NameTable> makeNamesOfScript() { return std::make_unique<NameTable>(FirstNameOfScript); }
+
 Symbol symbolOfPlainName(std::u16string_view name)
 {
     const bool lower = std::ranges::all_of(
         name, [](char16_t unit) { return unit < 0x80 && !(unit >= u'A' && unit <= u'Z'); });
     if (lower) {
-        if (const auto known = table().find(name))
+        if (const auto known = find(name))
             return *known;
     }
-    return table().intern(lowerCase(name), name);
+    return intern(lowerCase(name), name);
 }
 
 Symbol symbolOfUserName(std::u16string_view name)
 {
-    const auto same = table().find(name);
+    const auto same = find(name);
     const bool likeTerm = same && isTerm(*same);
     std::u16string key(likeTerm ? u"|" : u"");
     key.append(name);
-    return table().intern(String(key), name);
+    return intern(String(key), name);
+}
+
+Symbol symbolOfSharedWord(std::u16string_view word)
+{
+    NameTable& names = vocabulary().names;
+    const String key = lowerCase(word);
+    const auto known = names.find(key);
+    return known ? *known : names.add(key, String(word));
 }
 
 std::optional<Symbol> existingSymbol(std::u16string_view lowerCaseName)
 {
-    return table().find(lowerCaseName);
+    return find(lowerCaseName);
 }
 
-String plainName(Symbol symbol) { return table().spelling(symbol); }
+String plainName(Symbol symbol)
+{
+    const bool isShared = symbol < FirstNameOfScript;
+    return (isShared ? vocabulary().names : Heap::current().names()).spelling(symbol);
+}
 
 String sourceName(Symbol symbol)
 {
     String spelling = plainName(symbol);
     if (isTerm(symbol))
         return spelling;
-    const auto plain = table().find(lowerCase(spelling));
+    const auto plain = find(lowerCase(spelling));
     if (isPlain(spelling) && plain == symbol)
         return spelling;
     std::u16string barred(u"|");
@@ -162,7 +157,11 @@ FourCharCode codeOf(Symbol symbol)
     return isTerm(symbol) ? terms[static_cast<std::size_t>(symbol)].code : 0;
 }
 
-Symbol termWithCode(FourCharCode code) { return table().withCode(code); }
+Symbol termWithCode(FourCharCode code)
+{
+    const auto found = vocabulary().codes.find(code);
+    return found != vocabulary().codes.end() ? found->second : Symbol::None;
+}
 
 Symbol canonicalClass(Symbol name)
 {

@@ -6,7 +6,8 @@
 namespace caddis::applescript {
 
 /// The number of a name. The language's own words and phrases (Terms.def) have constants; all other names get
-/// theirs when they are first seen, and keep it for the life of the process.
+/// theirs when they are first seen, on the current heap, and keep it for the life of that heap: a symbol means
+/// nothing to another script.
 ///
 /// Plain names fold to lower case; names between bars keep it, and stay apart from the language's words:
 /// `name` is a term, `|name|` a label of the user's own.
@@ -31,7 +32,10 @@ enum TermKind : unsigned {
 Symbol symbolOfPlainName(std::u16string_view name);
 /// A name between bars, or a label that an application sent.
 Symbol symbolOfUserName(std::u16string_view name);
-/// Nothing when no script has used the name.
+/// A word of the vocabulary that all scripts share (commands, parameters, phrases). For tables that are built
+/// before the first script runs, and for them alone.
+Symbol symbolOfSharedWord(std::u16string_view word);
+/// Nothing when the script has not used the name.
 std::optional<Symbol> existingSymbol(std::u16string_view lowerCaseName);
 
 /// The name as a source writes it: in its first spelling, with bars where it needs them.

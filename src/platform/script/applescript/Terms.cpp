@@ -1,5 +1,7 @@
 #include "platform/script/applescript/Terms.h"
 
+#include "platform/base/Format.h"
+
 #include <algorithm>
 
 namespace caddis::applescript {
@@ -8,13 +10,10 @@ namespace {
 
 constexpr std::size_t PluralFlag = std::size_t { 1 } << 32;
 
-std::string pluralOf(const std::string& name)
+String pluralOf(const String& name)
 {
-    if (name.ends_with("s"))
-        return name + "es";
-    if (name.ends_with("x"))
-        return name + "es";
-    return name + "s";
+    const bool hisses = name.view().ends_with(u's') || name.view().ends_with(u'x');
+    return hisses ? format(u"%@es", name) : format(u"%@s", name);
 }
 
 void addTerms(PhraseTable& table, unsigned kinds)
@@ -24,7 +23,7 @@ void addTerms(PhraseTable& table, unsigned kinds)
         const unsigned itsKinds = kindsOf(symbol);
         if (!(itsKinds & kinds) || (itsKinds & ReservedWord))
             continue;
-        const std::string name = plainName(symbol).utf8();
+        const String name = plainName(symbol);
         table.add(name, index);
         if (itsKinds & ElementClass)
             table.add(pluralOf(name), index | PluralFlag);
@@ -37,9 +36,9 @@ const PhraseTable& languageTerms()
         PhraseTable made;
         addTerms(made, ClassName | ElementClass | PropertyName | ConstantName);
         // Spellings that stand for other terms.
-        made.add("app", static_cast<std::size_t>(Symbol::Application));
-        made.add("alias list", static_cast<std::size_t>(Symbol::List));
-        made.add("text item delimiter", static_cast<std::size_t>(Symbol::TextItemDelimiters));
+        made.add(u"app", static_cast<std::size_t>(Symbol::Application));
+        made.add(u"alias list", static_cast<std::size_t>(Symbol::List));
+        made.add(u"text item delimiter", static_cast<std::size_t>(Symbol::TextItemDelimiters));
         return made;
     }();
     return table;
@@ -57,12 +56,12 @@ const PhraseTable& fileApplicationTerms()
 
 } // namespace
 
-void PhraseTable::add(std::string_view phrase, std::size_t value)
+void PhraseTable::add(std::u16string_view phrase, std::size_t value)
 {
     std::vector<Symbol> words;
     while (!phrase.empty()) {
-        const std::size_t end = std::min(phrase.find(' '), phrase.size());
-        words.push_back(symbolOfPlainName(String::fromLatin1(phrase.substr(0, end))));
+        const std::size_t end = std::min(phrase.find(u' '), phrase.size());
+        words.push_back(m_symbolOfWord(phrase.substr(0, end)));
         phrase.remove_prefix(std::min(end + 1, phrase.size()));
     }
     auto& entries = m_entries[words.front()];
@@ -82,6 +81,19 @@ PhraseTable::Match PhraseTable::longest(std::span<const Symbol> words) const
             return { entry.value, entry.words.size() };
     }
     return {};
+}
+
+std::size_t matchEventHandler(std::span<const Symbol> words)
+{
+    static const PhraseTable names = [] {
+        PhraseTable table;
+        for (const char16_t* name : { u"adding folder items to", u"removing folder items from",
+                 u"opening folder", u"closing folder window for", u"moving folder window for",
+                 u"open location", u"will quit" })
+            table.add(name, 0);
+        return table;
+    }();
+    return names.longest(words).words;
 }
 
 TermMatch matchTerm(std::span<const Symbol> words, bool inFileApplication)

@@ -19,13 +19,23 @@ struct TermMatch {
 /// of file applications count only when `inFileApplication`.
 TermMatch matchTerm(std::span<const Symbol> words, bool inFileApplication);
 
+/// How many of `words` are the name of a handler that an application calls: "adding folder items to".
+std::size_t matchEventHandler(std::span<const Symbol> words);
+
 /// The longest phrase there is, in words.
 inline constexpr std::size_t LongestPhrase = 5;
 
 /// Phrases by their words, for any vocabulary.
 class PhraseTable {
 public:
-    void add(std::string_view phrase, std::size_t value);
+    using SymbolOfWord = Symbol (*)(std::u16string_view word);
+
+    /// A table that outlives a script has shared words only.
+    explicit PhraseTable(SymbolOfWord symbolOfWord = symbolOfSharedWord)
+        : m_symbolOfWord(symbolOfWord)
+    {
+    }
+    void add(std::u16string_view phrase, std::size_t value);
 
     struct Match {
         std::size_t value = 0;
@@ -39,6 +49,7 @@ private:
         std::vector<Symbol> words;
         std::size_t value;
     };
+    SymbolOfWord m_symbolOfWord;
     std::unordered_map<Symbol, std::vector<Entry>> m_entries; ///< by first word, longest phrase first
 };
 

@@ -97,6 +97,17 @@ TEST(AppleScriptComponent, ErrorsTellTheirPlaceInTheSource)
         u"    NSAppleScriptErrorRange = \"NSRange: {18, 12}\";\n}"_s);
 }
 
+// The error is about values of a script that never came to be.
+TEST(AppleScriptComponent, ErrorsOutliveTheScriptThatDidNotCompile)
+{
+    const auto result
+        = AppleScriptComponent().compile(ScriptText::fromSource(u"property p : {1, {2, \"a\"}} as integer"_s));
+    const auto* error = std::get_if<ScriptErrorInfo>(&result);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->number, -1700);
+    EXPECT_EQ(error->message, u"Can’t make {1, {2, \"a\"}} into type integer."_s);
+}
+
 TEST(AppleScriptComponent, RefusesCompiledScripts)
 {
     ScriptText text;
