@@ -3,7 +3,6 @@
 #include "platform/base/Exception.h"
 #include "platform/base/Log.h"
 #include "platform/files/HFSType.h"
-#include "platform/script/ProgramComponent.h"
 #include "platform/script/applescript/AppleScriptComponent.h"
 #include "text/CharacterTables.h"
 
@@ -65,13 +64,6 @@ String pathExtension(const String& path)
     return dot == std::u16string_view::npos || dot == 0 ? String() : String(name.substr(dot + 1));
 }
 
-// A program by its first line, else AppleScript.
-CompiledScript compile(const ScriptText& text)
-{
-    const ProgramComponent programs;
-    return programs.accepts(text) ? programs.compile(text) : AppleScriptComponent().compile(text);
-}
-
 // Compiles, logs what does not compile, and keeps what does.
 CachedScript compiledScript(const String& key, const std::optional<ScriptText>& text, bool keeps)
 {
@@ -79,7 +71,7 @@ CachedScript compiledScript(const String& key, const std::optional<ScriptText>& 
     error.number = static_cast<int>(ScriptErrorNumber::FileNotFound);
     error.message = String(u"The script could not be loaded.");
     if (text) {
-        CompiledScript result = compile(*text);
+        CompiledScript result = compileScript(*text);
         if (auto* script = std::get_if<std::unique_ptr<Script>>(&result)) {
             CachedScript made(std::move(*script));
             if (keeps)

@@ -47,6 +47,16 @@ String sourceAt(const String& path)
     return String::fromUtf8(joined);
 }
 
+// "foldl of plus over {1,2,3}" is said in words: the handler with an addition, from 0 on.
+std::string expressionFrom(const std::string& key)
+{
+    constexpr std::string_view Words = " of plus over ";
+    const std::size_t words = key.find(Words);
+    return words == std::string::npos
+        ? key
+        : key.substr(0, words) + "(plus, 0, " + key.substr(words + Words.size()) + ")";
+}
+
 // Dates in the form of the facts; everything else as a source writes it.
 String shown(const Datum& value)
 {
@@ -87,14 +97,14 @@ Answer appleScriptFact(const Question& question)
     const std::string key = question.key.utf8();
     if (!key.starts_with("call:"))
         return Answer::skip("no such key");
-    const std::string expression = key.substr(5);
-    if (expression.find(" over ") != std::string::npos)
-        return Answer::skip("described in words");
+    const std::string expression = expressionFrom(key.substr(5));
     const String source = sourceAt(question.path);
     if (expression == "(run the whole script)")
         return outcome(source, true);
-    const String answer
-        = outcome(format(u"%@\non factAnswer()\nreturn %s\nend factAnswer\n", source, expression), false);
+    const String answer = outcome(format(u"%@\non factAnswer()\nreturn %s\nend factAnswer\n"
+                                         "on plus(a, b)\na + b\nend plus\n",
+                                      source, expression),
+        false);
     // Classes of another language's frameworks, which scripts reach through the application that runs them.
     if (answer.view().starts_with(u"error -1728") && answer.view().ends_with(u"of current application."))
         return Answer::skip("needs the bridge to another language");

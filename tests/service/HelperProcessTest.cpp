@@ -4,6 +4,7 @@
 #include "client/HelperTask.h"
 #include "client/OstraImExport.h"
 #include "platform/files/Bookmark.h"
+#include "platform/script/EventDescriptor.h"
 #include "support/LogCapture.h"
 #include "support/PrivateRuntimeDirectory.h"
 #include "support/Run.h"
@@ -12,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <fstream>
 
 namespace caddis {
 namespace {
@@ -114,6 +116,36 @@ TEST_F(HelperProcess, LogsAStraySetImageAndGoesOn)
     EXPECT_NE(outcome.output.find("Workaround: setImage: (CaddisHelper)"), std::string::npos)
         << outcome.output;
     EXPECT_NE(outcome.output.find("method return"), std::string::npos) << outcome.output;
+}
+
+// What scripts do is told by the file that they write.
+TEST_F(HelperProcess, RunsHandlersOfScriptsAndKeepsThem)
+{
+    const std::string out = (m_directory.path() / "out").string();
+    const std::string file = (m_directory.path() / "a.applescript").string();
+    const auto source = [&](const std::string& mark) {
+        return "property n : 0\non Note(x)\nset n to n + 1\n"
+               "do shell script \"echo "
+            + mark + "\" & n & x & \" >> " + out + "\"\nend Note\n";
+    };
+    const auto put = [&](const std::string& mark) { std::ofstream(file) << source(mark); };
+    const auto written = [&] { return run("cat " + out).output; };
+    const ScriptParameter parameter { "utxt"_code, EventDescriptor::withString(u"!"_s).data() };
+    const HelperProxy proxy = helper();
+    const auto path = String::fromUtf8(file);
+    put("a");
+    proxy.executeFile(path, u"NOTE"_s, parameter);
+    put("b");
+    proxy.executeFile(path, u"note"_s, parameter);
+    EXPECT_EQ(written(), "a1!\na2!\n") << "the changed file is not read again";
+    proxy.executeSource(String::fromUtf8(source("s")), u"nOtE"_s, parameter);
+    proxy.executeSource(String::fromUtf8(source("s")), u"Note"_s, parameter);
+    EXPECT_EQ(written(), "a1!\na2!\ns1!\ns2!\n");
+    const Outcome busctl = run("busctl --address=" + address()
+        + " call x.y /CaddisHelper org.caddis.OstraImExport ExecuteFile 'vv(uay)' s " + file
+        + " s Note 1970567284 2 63 0");
+    EXPECT_EQ(busctl.status, 0) << busctl.output;
+    EXPECT_EQ(written(), "a1!\na2!\ns1!\ns2!\na3?\n");
 }
 
 // The tool's exit codes and its machine-readable form.

@@ -26,6 +26,7 @@ struct Invocation {
     std::optional<std::string> output; ///< -o
     std::optional<std::uint32_t> size; ///< --size, in pixels
     std::optional<std::string> url; ///< --url
+    std::optional<std::string> source; ///< --source
     std::vector<std::string> arguments;
     std::function<Proxy()> helper; ///< launches one when none runs; throws HelperUnavailable
     std::function<std::optional<Proxy>()> runningHelper; ///< never launches

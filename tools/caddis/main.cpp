@@ -10,6 +10,7 @@
 #include "MediaCommands.h"
 #include "PDFCommands.h"
 #include "Quiet.h"
+#include "ScriptCommands.h"
 #include "client/OstraImExport.h"
 
 #include <algorithm>
@@ -78,6 +79,14 @@ constexpr Command table[] = {
         0, importers },
     { "bookmark", "FILE", "bookmark data, which leads to the file even when it is renamed",
         "  $ caddis bookmark moby-dick.epub -o moby.bookmark\n", 1, bookmark },
+    { "script", "run|check|handlers FILE [HANDLER ARGUMENTS…]",
+        "runs a script or one of its handlers, checks it, or lists what it has",
+        "  $ caddis script run sums.applescript add 2 3\n"
+        "  5\n"
+        "  $ caddis script run --source 'words of \"a b\"'\n"
+        "  {\"a\", \"b\"}\n"
+        "An argument is a JSON value, or else a text.\n",
+        1, script },
     { "ping", "", "whether the helper answers, and how fast",
         "  $ caddis ping\n"
         "  the helper answered in 0.041 ms\n",
@@ -91,6 +100,7 @@ constexpr char Options[] = "  --json       print JSON, one line per result\n"
                            "  --items      of a feed: print its items, one line of JSON each\n"
                            "  --url URL    of a feed: where it comes from, to resolve its links\n"
                            "  --size N     of a page: its longer side in pixels\n"
+                           "  --source TEXT  of a script: its source, instead of FILE\n"
                            "  --keep       leave a helper that had to be launched running\n"
                            "  --help       this; after a command, that command\n";
 
@@ -172,6 +182,8 @@ CommandLine parse(std::span<char*> words)
             line.readSize(words[++index]);
         else if (word == "--url" && index + 1 < words.size())
             line.invocation.url = words[++index];
+        else if (word == "--source" && index + 1 < words.size())
+            line.invocation.source = words[++index];
         else
             line.mistake = "there is no option " + word;
     }

@@ -1,8 +1,10 @@
 #include "platform/script/applescript/AppleScriptComponent.h"
 
+#include "platform/script/ProgramComponent.h"
 #include "platform/script/applescript/Bridge.h"
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/Parser.h"
+#include "platform/script/applescript/SourceText.h"
 
 namespace caddis {
 
@@ -123,6 +125,19 @@ CompiledScript AppleScriptComponent::compile(const ScriptText& script) const
     if (auto error = compiled->load(script, ScriptLimits::fromEnvironment()))
         return *std::move(error);
     return compiled;
+}
+
+CompiledScript compileScript(const ScriptText& script)
+{
+    const ProgramComponent programs;
+    return programs.accepts(script) ? programs.compile(script) : AppleScriptComponent().compile(script);
+}
+
+String sourceOfDescriptor(const EventDescriptor& descriptor)
+{
+    Interpreter interpreter;
+    const Heap::Scope scope(interpreter.heap());
+    return sourceText(valueFromDescriptor(descriptor));
 }
 
 } // namespace caddis

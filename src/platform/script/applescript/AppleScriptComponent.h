@@ -14,4 +14,10 @@ public:
     CompiledScript compile(const ScriptText& script) const override;
 };
 
+/// Compiles a script by the component that accepts it: a program by its first line, else AppleScript.
+CompiledScript compileScript(const ScriptText& script);
+
+/// What a descriptor stands for, as a script would write it: {1, "two", «data abcd00»}.
+String sourceOfDescriptor(const EventDescriptor& descriptor);
+
 } // namespace caddis

@@ -61,14 +61,25 @@ bool isWanted(const fs::directory_entry& entry, Symbol wanted)
     }
 }
 
-Datum entriesOf(Interpreter& interpreter, const Datum& container, Symbol wanted)
+// What stands in a folder, sorted; with Iterator recursive, in the folders inside it too (but not behind
+// links).
+template <typename Iterator>
+Datum entriesOf(Interpreter& interpreter, const Datum& container, Symbol wanted = Symbol::Item)
 {
     std::error_code error;
     std::vector<fs::path> paths;
-    for (const auto& entry : fs::directory_iterator(folderOf(container).utf8(), error)) {
+    const Iterator end;
+    Iterator at(folderOf(container).utf8(), fs::directory_options::skip_permission_denied, error);
+    for (; !error && at != end; at.increment(error)) {
         interpreter.step();
-        if (!entry.path().filename().string().starts_with('.') && isWanted(entry, wanted))
-            paths.push_back(entry.path());
+        const bool isHidden = at->path().filename().string().starts_with('.');
+        if constexpr (std::is_same_v<Iterator, fs::recursive_directory_iterator>) {
+            if (isHidden)
+                at.disable_recursion_pending();
+        }
+        if (!isHidden && isWanted(*at, wanted))
+            paths.push_back(at->path());
+        interpreter.heap().require(paths.size() * sizeof(fs::path));
     }
     std::ranges::sort(paths);
     Datum list = make<List>();
@@ -228,7 +239,7 @@ Datum getFileElement(Interpreter& interpreter, const Datum& container, const Sel
         items.name = Symbol::Item;
         return getListElement(interpreter, disks, items);
     }
-    const Datum entries = entriesOf(interpreter, container, selector.name);
+    const Datum entries = entriesOf<fs::directory_iterator>(interpreter, container, selector.name);
     Selector items = selector;
     items.name = Symbol::Item;
     return getListElement(interpreter, entries, items);
@@ -238,7 +249,7 @@ std::optional<Datum> fileProperty(Interpreter& interpreter, const Datum& item, S
 {
     if (const auto* file = item.get<FileObject>()) {
         if (name == Symbol::EntireContents)
-            return entriesOf(interpreter, item, Symbol::Item);
+            return entriesOf<fs::recursive_directory_iterator>(interpreter, item);
         return itemProperty(*file, name);
     }
     const auto& application = item.as<ApplicationObject>();

@@ -32,7 +32,7 @@ Object::~Object()
     (m_previous ? m_previous->m_next : m_heap->m_first) = m_next;
 }
 
-void* Object::operator new(std::size_t size)
+void* Object::operator new(std::size_t size) // NOLINT(misc-new-delete-overloads): the sized one matches
 {
     Heap& heap = Heap::current();
     heap.require(size + AllocationOverhead);
@@ -44,7 +44,7 @@ void* Object::operator new(std::size_t size)
 void Object::operator delete(void* object, std::size_t size) noexcept
 {
     Heap::current().m_bytes -= size + AllocationOverhead;
-    ::operator delete(object, size);
+    ::operator delete(object);
 }
 
 void Object::charge(std::size_t bytes)

@@ -22,7 +22,7 @@ public:
     Object& operator=(const Object&) = delete;
 
     /// Objects are counted with their whole size. They are made, and go, with their heap current.
-    static void* operator new(std::size_t size);
+    static void* operator new(std::size_t size); // NOLINT(misc-new-delete-overloads): the sized one matches
     static void operator delete(void* object, std::size_t size) noexcept;
 
     static void retain(Object* object) noexcept

@@ -44,8 +44,7 @@ LanguageState& languageState()
 Interpreter::Interpreter()
     : m_heap(std::size_t { 512 } << 20)
 {
-    static const bool isVocabularyMade
-        = (matchTerm({}, true), matchCommand({}), matchEventHandler({}), true);
+    static const bool isVocabularyMade = (matchTerm({}, true), matchCommand({}), matchEventHandler({}), true);
     static_cast<void>(isVocabularyMade);
 }
 
@@ -144,11 +143,12 @@ Datum Interpreter::runBody(const HandlerCode& handler, Frame& frame) const
 Datum Interpreter::call(const Callee& callee, ScriptObject& self, std::span<Datum> arguments)
 {
     return enter(callee, self, [&](const HandlerCode& handler, Frame& frame) {
-        if (handler.isLabelled || arguments.size() != handler.positional.size())
+        // More arguments than the handler has places for are left out, as published libraries rely on.
+        if (handler.isLabelled || arguments.size() < handler.positional.size())
             fail(ScriptErrorNumber::ParameterMismatch,
                 format(u"The handler %@ cannot be called with %@.", sourceName(handler.name),
                     argumentList(arguments)));
-        for (std::size_t index = 0; index < arguments.size(); ++index)
+        for (std::size_t index = 0; index < handler.positional.size(); ++index)
             handler.positional[index]->assign(frame, arguments[index]);
     });
 }

@@ -63,7 +63,7 @@ private:
     std::unique_ptr<ScriptCode> parseScriptObject();
     bool startsHandler() const;
 
-    // Statements (ParserStatements.cpp, ParserLoops.cpp).
+    // Statements (ParserStatements.cpp, ParserBlocks.cpp, ParserErrors.cpp, ParserLoops.cpp).
     Block parseBlock();
     Block parseBlockUntilEnd();
     bool endsBlock() const;
@@ -78,7 +78,7 @@ private:
     std::unique_ptr<Statement> parseIf();
     std::unique_ptr<Statement> parseTell();
     std::unique_ptr<Statement> parseTry();
-    void parseErrorParameters(TryStatement& statement);
+    template <typename T> void parseErrorParts(T& statement, ExpressionPointer (Parser::*part)());
     std::unique_ptr<Statement> parseError();
     std::unique_ptr<Statement> parseReturn();
     std::unique_ptr<Statement> parseExit();

@@ -126,10 +126,7 @@ Symbol symbolOfSharedWord(std::u16string_view word)
     return known ? *known : names.add(key, String(word));
 }
 
-std::optional<Symbol> existingSymbol(std::u16string_view lowerCaseName)
-{
-    return find(lowerCaseName);
-}
+std::optional<Symbol> existingSymbol(std::u16string_view lowerCaseName) { return find(lowerCaseName); }
 
 String plainName(Symbol symbol)
 {

@@ -6,8 +6,8 @@
 namespace caddis::applescript {
 
 /// The number of a name. The language's own words and phrases (Terms.def) have constants; all other names get
-/// theirs when they are first seen, on the current heap, and keep it for the life of that heap: a symbol means
-/// nothing to another script.
+/// theirs when they are first seen, on the current heap, and keep it for the life of that heap: a symbol
+/// means nothing to another script.
 ///
 /// Plain names fold to lower case; names between bars keep it, and stay apart from the language's words:
 /// `name` is a term, `|name|` a label of the user's own.

@@ -87,9 +87,9 @@ std::size_t matchEventHandler(std::span<const Symbol> words)
 {
     static const PhraseTable names = [] {
         PhraseTable table;
-        for (const char16_t* name : { u"adding folder items to", u"removing folder items from",
-                 u"opening folder", u"closing folder window for", u"moving folder window for",
-                 u"open location", u"will quit" })
+        for (const char16_t* name :
+            { u"adding folder items to", u"removing folder items from", u"opening folder",
+                u"closing folder window for", u"moving folder window for", u"open location", u"will quit" })
             table.add(name, 0);
         return table;
     }();

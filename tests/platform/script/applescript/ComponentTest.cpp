@@ -1,5 +1,5 @@
 #include "platform/script/applescript/AppleScriptComponent.h"
-
+#include "platform/script/applescript/CompiledOutline.h"
 #include "support/Text.h"
 
 #include <cstring>
@@ -100,12 +100,59 @@ TEST(AppleScriptComponent, ErrorsTellTheirPlaceInTheSource)
 // The error is about values of a script that never came to be.
 TEST(AppleScriptComponent, ErrorsOutliveTheScriptThatDidNotCompile)
 {
-    const auto result
-        = AppleScriptComponent().compile(ScriptText::fromSource(u"property p : {1, {2, \"a\"}} as integer"_s));
+    const auto result = AppleScriptComponent().compile(
+        ScriptText::fromSource(u"property p : {1, {2, \"a\"}} as integer"_s));
     const auto* error = std::get_if<ScriptErrorInfo>(&result);
     ASSERT_TRUE(error);
     EXPECT_EQ(error->number, -1700);
     EXPECT_EQ(error->message, u"Can’t make {1, {2, \"a\"}} into type integer."_s);
+}
+
+// Objects of a compiled script, all of them inline.
+std::string object(char kind, std::size_t size, const std::string& body)
+{
+    return std::string { kind, '\xFF', '\xFF', static_cast<char>(size >> 8), static_cast<char>(size) } + body;
+}
+std::string counted(const std::string& text)
+{
+    return std::string { '\0', static_cast<char>(text.size()) } + text;
+}
+std::string userName(const std::string& name, const std::string& shown = {})
+{
+    return object(11, 0, "\x30" + counted(name) + counted(shown));
+}
+std::string block(const std::string& tag, const std::vector<std::string>& children)
+{
+    std::string body = tag + std::string(children.size() * 2, '\xFF');
+    for (const std::string& child : children)
+        body += child;
+    return object(static_cast<char>(tag.empty() ? 16 : 14), children.size(), body);
+}
+
+TEST(CompiledOutline, NamesHandlersAndProperties)
+{
+    const std::string none = object(1, 0, "");
+    const auto handler = [&](const std::string& name) {
+        return block("\r", { name, none, none, none, none, none, object(17, 3, "abc") });
+    };
+    const std::string property = object(
+        6, 3, "\xFF\xFF\xFF\xFF\xFF\xFF" + userName("count", "Count") + object(3, 5, "") + object(6, 1, ""));
+    const std::string members = block("",
+        { none, property, handler(userName("doit", "doIt")),
+            handler(object(10, 8,
+                "\x0B"
+                "aevtoapp")) });
+    const std::string file = "FasdUAS 1.101.10" + block("\x0F", { none, none, none, members });
+    const auto outlineOf = [](const std::string& bytes) {
+        return compiledOutline({ reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size() });
+    };
+    const auto outline = outlineOf(file);
+    ASSERT_TRUE(outline);
+    EXPECT_EQ(outline->handlers, (std::vector { u"doIt"_s, u"run"_s }));
+    EXPECT_EQ(outline->properties, (std::vector { u"Count"_s }));
+    EXPECT_TRUE(outlineOf("#!/usr/bin/osascript\n" + file));
+    for (std::size_t length = 0; length < file.size(); ++length)
+        EXPECT_FALSE(outlineOf(file.substr(0, length))) << length;
 }
 
 TEST(AppleScriptComponent, RefusesCompiledScripts)

@@ -42,6 +42,8 @@ TEST_F(FileSuite, NamesItemsAndTheirProperties)
         told("name of every file of folder \"$/in\" whose name ends with \".txt\""), R"({"a.txt", "b.txt"})");
     EXPECT_EQ(told("name of folder 1 of folder \"$/in\""), "\"sub\"");
     EXPECT_EQ(told("count of items of folder \"$/in\""), "4");
+    EXPECT_EQ(
+        told("name of entire contents of folder \"$/in\""), R"({"a.txt", "b.txt", "c.pdf", "sub", "x"})");
     EXPECT_EQ(told("size of file \"b.txt\" of folder \"in\" of home"), "2");
     EXPECT_EQ(told("name extension of file \"$/in/c.pdf\""), "\"pdf\"");
     EXPECT_EQ(told("{exists file \"$/in/a.txt\", exists file \"$/in/no\"}"), "{true, false}");

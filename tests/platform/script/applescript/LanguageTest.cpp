@@ -48,8 +48,18 @@ TEST(Language, LimitsEndAScriptAndNoTryKeepsItAlive)
     EXPECT_EQ(outcomeOf("do shell script \"sleep 5\"", brief), "error -1712");
     ScriptLimits small;
     small.memory = 4 << 20;
+    EXPECT_EQ(outcomeOf(std::string(1 << 20, ' '), small), "error -108");
+    EXPECT_EQ(outcomeOf("set x to {}\nrepeat\nset end of x to {a:1, b:2}\nend repeat", small), "error -108");
     EXPECT_EQ(outcomeOf("set x to \"abcdefgh\"\nrepeat\nset x to x & x\nend repeat", small), "error -108");
     EXPECT_EQ(outcomeOf("set x to {}\nrepeat\nset end of x to {1, 2}\nend repeat", small), "error -108");
+}
+
+TEST(Language, ApplicationsThatAreNotThereFailWhenTheyAreTold)
+{
+    const std::string told = "tell application \"Nonesuch\"\nfrobnicate the widget 5 wildly\nend tell";
+    EXPECT_EQ(outcomeOf("if false then\n" + told + "\nend if\n7"), "7");
+    EXPECT_EQ(outcomeOf(told), "error -1728");
+    EXPECT_EQ(outcomeOf("try\n" + told + "\non error number n\nn\nend try"), "-1728");
 }
 
 TEST(Language, NestingDoesNotExhaustTheStack)
