@@ -1,0 +1,410 @@
+#include "platform/richtext/RTFReader.h"
+
+#include "platform/base/Utf.h"
+#include "platform/richtext/RTF.h"
+#include "platform/unicode/TextEncoding.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace caddis {
+
+namespace rtf {
+
+namespace {
+
+constexpr std::size_t DeepestGroup = 1000;
+constexpr char16_t SymbolGlyphs = 0xF000; // Private characters that stand for the bytes of symbol fonts.
+
+bool isAscii(std::string_view bytes)
+{
+    return std::ranges::all_of(bytes, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+}
+
+std::u16string_view trimmed(std::u16string_view text)
+{
+    const std::size_t begin = text.find_first_not_of(u' ');
+    return begin == std::u16string_view::npos ? std::u16string_view()
+                                              : text.substr(begin, text.find_last_not_of(u' ') + 1 - begin);
+}
+
+// The text between the first pair of quotes behind `place`, else up to the next blank.
+String argument(std::u16string_view instruction, std::size_t place)
+{
+    const std::u16string_view rest = trimmed(instruction.substr(place));
+    if (!rest.starts_with(u'"'))
+        return String(rest.substr(0, rest.find(u' ')));
+    return String(rest.substr(1, rest.substr(1).find(u'"')));
+}
+
+} // namespace
+
+Reader::Reader(std::string_view bytes, const FileWrapper* package)
+    : m_tokens(bytes)
+    , m_package(package)
+{
+}
+
+AttributedString Reader::read() &&
+{
+    for (Token token = m_tokens.next(); token.kind != Token::Kind::End; token = m_tokens.next())
+        handle(token);
+    flushBytes();
+    endText();
+    for (const OpenTable& table : m_openTables)
+        m_builder.setColumns(table.table, table.columns);
+    if (m_version)
+        m_attributes.set(String(DocumentAttribute::CocoaRTFVersion), Value(*m_version));
+    if (m_paper.width > 0 && m_paper.height > 0)
+        m_attributes.set(String(DocumentAttribute::PaperSize), Value(stringFromSize(m_paper)));
+    if (m_view.width > 0 && m_view.height > 0)
+        m_attributes.set(String(DocumentAttribute::ViewSize), Value(stringFromSize(m_view)));
+    AttributedString result = std::move(m_builder).finish();
+    result.documentAttributes = std::move(m_attributes);
+    return result;
+}
+
+// The last paragraph may have no end of its own. Its style goes with the group of the document.
+void Reader::endText()
+{
+    flushUnits();
+    if (m_builder.length() > 0 && m_builder.view().back() != u'\n')
+        m_builder.endParagraphs(paragraphStyle());
+}
+
+void Reader::handle(const Token& token)
+{
+    switch (token.kind) {
+    case Token::Kind::Open:
+        return open();
+    case Token::Kind::Close:
+        return close();
+    case Token::Kind::Text: {
+        const auto skipped = std::min(token.text.size(), static_cast<std::size_t>(m_toSkip));
+        m_toSkip -= static_cast<std::int32_t>(skipped);
+        if (m_state.destination != Destination::Skip)
+            m_bytes.append(token.text.substr(skipped));
+        break;
+    }
+    case Token::Kind::Byte:
+        return takeByte(token.character);
+    case Token::Kind::Word:
+        return word(token.text, token.number);
+    case Token::Kind::Symbol:
+        return symbol(token.character);
+    case Token::Kind::End:
+        break;
+    }
+}
+
+// Groups beyond the limit are counted, so that each closes what it opened.
+void Reader::open()
+{
+    flushBytes();
+    m_toSkip = 0;
+    m_isStarred = false;
+    if (m_states.size() >= DeepestGroup) {
+        ++m_uncountedGroups;
+        return;
+    }
+    m_states.push_back(m_state);
+    m_state.ownsDestination = false;
+}
+
+void Reader::close()
+{
+    flushBytes();
+    m_toSkip = 0;
+    m_isStarred = false;
+    if (m_uncountedGroups > 0) {
+        --m_uncountedGroups;
+        return;
+    }
+    if (m_states.empty())
+        return;
+    flushUnits();
+    if (m_states.size() == 1)
+        endText();
+    const bool owned = m_state.ownsDestination;
+    const Destination destination = m_state.destination;
+    m_state = std::move(m_states.back());
+    m_states.pop_back();
+    if (owned)
+        finishDestination(destination);
+}
+
+void Reader::begin(Destination destination)
+{
+    flushUnits();
+    m_text.clear();
+    m_state.destination = destination;
+    m_state.ownsDestination = true;
+}
+
+void Reader::takeByte(char byte)
+{
+    if (m_toSkip > 0)
+        --m_toSkip;
+    else if (m_state.destination != Destination::Skip)
+        m_bytes += byte;
+}
+
+void Reader::symbol(char character)
+{
+    if (character == '*') {
+        m_isStarred = true;
+        return;
+    }
+    if (m_toSkip > 0) {
+        --m_toSkip;
+        return;
+    }
+    flushBytes();
+    switch (character) {
+    case '\n':
+    case '\r':
+        return endParagraph();
+    case '\t':
+        return takeUnits(u"\t");
+    case '~':
+        return takeUnits(u"\u00A0");
+    case '-':
+        return takeUnits(u"\u00AD");
+    case '_':
+        return takeUnits(u"\u2011");
+    case '\\':
+    case '{':
+    case '}':
+        m_bytes += character;
+        return;
+    default:
+        return;
+    }
+}
+
+void Reader::unicode(std::int32_t number)
+{
+    const auto unit = static_cast<char16_t>(number);
+    takeUnits({ &unit, 1 });
+    m_toSkip = m_state.skippedAfterUnicode;
+}
+
+CFStringEncoding Reader::encoding() const
+{
+    const FontEntry* font = m_fonts.find(m_state.letters.font < 0 ? m_defaultFont : m_state.letters.font);
+    return font && font->encoding != CFStringEncoding::InvalidId ? font->encoding : m_encoding;
+}
+
+void Reader::flushBytes()
+{
+    if (m_bytes.empty())
+        return;
+    const FontEntry* font = m_fonts.find(m_state.letters.font < 0 ? m_defaultFont : m_state.letters.font);
+    if (isAscii(m_bytes)) {
+        takeUnits(std::u16string(m_bytes.begin(), m_bytes.end()));
+    } else if (font && font->isSymbol && m_state.destination == Destination::Body) {
+        const bool isKnown = font->name.view().starts_with(u"Symbol");
+        const auto text = isKnown ? decodeText(m_bytes, CFStringEncoding::MacSymbol) : std::nullopt;
+        std::u16string glyphs;
+        for (const char byte : m_bytes)
+            glyphs += static_cast<char16_t>(SymbolGlyphs | static_cast<unsigned char>(byte));
+        takeUnits(text ? text->view() : std::u16string_view(glyphs));
+    } else if (const auto text = decodeText(m_bytes, encoding())) {
+        takeUnits(*text);
+    } else {
+        takeUnits(String::fromLatin1(m_bytes));
+    }
+    m_bytes.clear();
+}
+
+void Reader::takeUnits(std::u16string_view units)
+{
+    switch (m_state.destination) {
+    case Destination::Body:
+        if (!m_state.letters.hidden)
+            m_units.append(units);
+        return;
+    case Destination::Fonts:
+        return m_fonts.takeText(units);
+    case Destination::Colors:
+        return m_colors.takeText(units);
+    case Destination::ExpandedColors:
+        return m_colors.takeExpandedText(units);
+    case Destination::Graphic:
+        if (m_isNameComplete)
+            return;
+        [[fallthrough]];
+    case Destination::InfoText:
+    case Destination::Instruction:
+    case Destination::Marker:
+        m_text.append(units);
+        return;
+    default:
+        return;
+    }
+}
+
+void Reader::flushUnits()
+{
+    if (m_units.empty())
+        return;
+    m_builder.append(m_units, characterStyle());
+    m_units.clear();
+}
+
+const CharacterStyle& Reader::characterStyle()
+{
+    const Letters& letters = m_state.letters;
+    if (m_hasStyle && letters == m_styledLetters)
+        return m_style;
+    const FontEntry* font = m_fonts.find(letters.font < 0 ? m_defaultFont : letters.font);
+    m_style = {};
+    if (font && !font->name.isEmpty())
+        m_style.font.name = font->name;
+    m_style.font.size = letters.size / 1000.0;
+    m_style.font.bold = letters.bold;
+    m_style.font.italic = letters.italic;
+    m_style.underline = letters.underline;
+    m_style.strikethrough = letters.strikethrough;
+    m_style.foreground = m_colors.color(letters.foreground);
+    m_style.background = m_colors.color(letters.background);
+    m_style.superscript = letters.superscript;
+    m_style.baselineOffset = letters.baseline / 2.0;
+    m_style.kern = letters.kern / 20.0;
+    if (letters.link >= 0)
+        m_style.link = m_links[static_cast<std::size_t>(letters.link)];
+    m_styledLetters = letters;
+    m_hasStyle = true;
+    return m_style;
+}
+
+void Reader::endParagraph()
+{
+    if (m_state.destination != Destination::Body)
+        return;
+    m_units += u'\n';
+    flushUnits();
+    m_builder.endParagraphs(paragraphStyle());
+}
+
+void Reader::openTables()
+{
+    const auto level = static_cast<std::size_t>(std::clamp(m_state.paragraph.tableLevel, 0, 32));
+    while (m_openTables.size() > level) {
+        m_builder.setColumns(m_openTables.back().table, m_openTables.back().columns);
+        m_openTables.pop_back();
+    }
+    while (m_openTables.size() < level)
+        m_openTables.push_back({ m_builder.addTable({}) });
+}
+
+ParagraphStyle Reader::paragraphStyle()
+{
+    openTables();
+    const Paragraph& paragraph = m_state.paragraph;
+    ParagraphStyle style = paragraph.style;
+    style.firstLineIndent = style.headIndent + paragraph.firstLine / 20.0;
+    if (paragraph.lineHeight != 0 && paragraph.isLineMultiple) {
+        style.lineHeightMultiple = paragraph.lineHeight / 240.0;
+    } else if (paragraph.lineHeight != 0) {
+        style.minimumLineHeight = std::abs(paragraph.lineHeight / 20.0);
+        if (paragraph.lineHeight < 0)
+            style.maximumLineHeight = style.minimumLineHeight;
+    }
+    if (paragraph.list > 0)
+        style.lists = m_listTable.lists(paragraph.list, paragraph.listLevel, m_builder);
+    for (OpenTable& open : m_openTables) {
+        open.columns = std::max(open.columns, open.column + 1);
+        TableCell cell;
+        cell.table = open.table;
+        cell.row = open.row;
+        cell.column = open.column;
+        if (m_openTables.size() == 1 && open.column < m_cells.size()) {
+            const CellDefinition& definition = m_cells[open.column];
+            cell.width = definition.right - (open.column > 0 ? m_cells[open.column - 1].right : 0);
+            cell.background = m_colors.color(definition.background);
+            cell.borderWidth = definition.borderWidth / 20.0;
+            cell.borderColor = m_colors.color(definition.borderColor);
+        }
+        style.cells.push_back(cell);
+    }
+    return style;
+}
+
+void Reader::endCell()
+{
+    if (m_state.destination != Destination::Body)
+        return;
+    m_state.paragraph.tableLevel = std::max(m_state.paragraph.tableLevel, 1);
+    endParagraph();
+    ++m_openTables.back().column;
+}
+
+void Reader::endRow()
+{
+    if (m_state.destination != Destination::Body || m_openTables.empty())
+        return;
+    ++m_openTables.back().row;
+    m_openTables.back().column = 0;
+}
+
+void Reader::finishDestination(Destination destination)
+{
+    switch (destination) {
+    case Destination::Instruction:
+        return finishInstruction();
+    case Destination::Graphic:
+        return finishGraphic();
+    case Destination::InfoText:
+    case Destination::InfoTime:
+        return finishInfo();
+    case Destination::Marker:
+        m_listTable.setMarker(m_text);
+        return;
+    default:
+        return;
+    }
+}
+
+// HYPERLINK "address", or HYPERLINK \l "place in the document".
+void Reader::finishInstruction()
+{
+    constexpr std::u16string_view Keyword = u"HYPERLINK";
+    const std::u16string_view instruction = trimmed(m_text);
+    if (!instruction.starts_with(Keyword))
+        return;
+    const std::u16string_view rest = trimmed(instruction.substr(Keyword.size()));
+    const bool isLocal = rest.starts_with(u"\\l");
+    const String target = argument(rest, isLocal ? 2 : 0);
+    if (target.isEmpty())
+        return;
+    m_links.push_back(isLocal ? String(u"#" + std::u16string(target.view())) : target);
+    m_state.fieldLink = static_cast<std::int32_t>(m_links.size() - 1);
+}
+
+// The rest of the group around it is the byte that readers without attachments would show.
+void Reader::finishGraphic()
+{
+    const String name = safeMemberName(String(trimmed(m_text)));
+    const FileWrapper* member = m_package ? m_package->member(name) : nullptr;
+    if (member && m_state.destination == Destination::Body)
+        m_builder.appendAttachment({ *member, m_graphicSize }, characterStyle());
+    if (m_states.size() > 1)
+        m_state.destination = Destination::Skip;
+}
+
+} // namespace rtf
+
+std::optional<AttributedString> attributedStringWithRTF(const Data& rtf, const FileWrapper* package)
+{
+    if (!rtf.chars().starts_with("{\\rtf"))
+        return std::nullopt;
+    AttributedString text = rtf::Reader(rtf.chars(), package).read();
+    text.documentAttributes.set(
+        String(DocumentAttribute::DocumentType), Value(package ? u"NSRTFD"_s : u"NSRTF"_s));
+    text.documentAttributes.set(
+        String(DocumentAttribute::UTI), Value(package ? u"com.apple.rtfd"_s : u"public.rtf"_s));
+    return text;
+}
+
+} // namespace caddis

@@ -1,0 +1,167 @@
+#pragma once
+
+#include "platform/richtext/RTFTables.h"
+#include "platform/richtext/RTFTokens.h"
+
+/// Inside this folder: the machine that reads RTF. Groups push a state, control words change it, text goes to
+/// the destination that the state names.
+namespace caddis::rtf {
+
+enum class Destination : std::uint8_t {
+    Body,
+    Skip,
+    Fonts,
+    Colors,
+    ExpandedColors,
+    Lists,
+    Overrides,
+    Info, ///< whose groups are InfoText and InfoTime
+    InfoText,
+    InfoTime,
+    Instruction, ///< of a field
+    Marker, ///< \*\levelmarker
+    Graphic, ///< \NeXTGraphic
+};
+
+/// The character properties of a group, numbers as they are written.
+struct Letters {
+    std::int32_t font = -1; ///< -1: the document's default
+    std::int32_t size = 12000; ///< thousandths of a point
+    std::int32_t foreground = 0;
+    std::int32_t background = 0;
+    std::int32_t superscript = 0;
+    std::int32_t baseline = 0; ///< half points
+    std::int32_t kern = 0; ///< twips
+    std::int32_t link = -1; ///< index
+    LineStyle underline = LineStyle::None;
+    LineStyle strikethrough = LineStyle::None;
+    bool bold = false;
+    bool italic = false;
+    bool hidden = false;
+
+    friend bool operator==(const Letters&, const Letters&) = default;
+};
+
+/// The paragraph properties that end in a ParagraphStyle only together with others.
+struct Paragraph {
+    ParagraphStyle style;
+    TabAlignment nextTab = TabAlignment::Left;
+    std::int32_t lineHeight = 0; ///< \sl, twips
+    bool isLineMultiple = false;
+    std::int32_t firstLine = 0; ///< \fi, twips
+    std::int32_t list = -1; ///< \ls
+    std::int32_t listLevel = 0;
+    std::int32_t tableLevel = 0; ///< \itap, or 1 for \intbl
+};
+
+struct State {
+    Destination destination = Destination::Body;
+    bool ownsDestination = false;
+    std::int32_t skippedAfterUnicode = 1; ///< \uc
+    std::int32_t fieldLink = -1; ///< of the field whose group this is
+    Letters letters;
+    Paragraph paragraph;
+};
+
+/// A cell's looks, from the words before its \cellx.
+struct CellDefinition {
+    double right = 0;
+    std::int32_t background = 0;
+    std::int32_t borderColor = 0;
+    std::int32_t borderWidth = 0; ///< twips
+};
+
+struct OpenTable {
+    std::uint32_t table;
+    std::uint32_t row = 0;
+    std::uint32_t column = 0;
+    std::uint32_t columns = 0;
+};
+
+class Reader {
+public:
+    Reader(std::string_view bytes, const FileWrapper* package);
+    AttributedString read() &&;
+
+private:
+    using Number = std::optional<std::int32_t>;
+
+    void handle(const Token& token);
+    void open();
+    void close();
+    void word(std::string_view name, Number number);
+    bool destinationWord(std::string_view name);
+    bool tableWord(std::string_view name, Number number);
+    bool headWord(std::string_view name, Number number);
+    bool characterWord(std::string_view name, Number number);
+    void addTabStop(double location);
+    bool paragraphWord(std::string_view name, Number number);
+    bool spacingWord(std::string_view name, std::int32_t value);
+    bool rowWord(std::string_view name, Number number);
+    bool documentWord(std::string_view name, std::int32_t value);
+    bool timeWord(std::string_view name, std::int32_t value);
+    bool graphicWord(std::string_view name, std::int32_t value);
+    bool textWord(std::string_view name);
+    void symbol(char character);
+    void unicode(std::int32_t number);
+    void begin(Destination destination);
+
+    void takeByte(char byte);
+    void flushBytes();
+    void takeUnits(std::u16string_view units);
+    void flushUnits();
+    const CharacterStyle& characterStyle();
+    CFStringEncoding encoding() const;
+
+    void endText();
+    void endParagraph();
+    void endCell();
+    void endRow();
+    ParagraphStyle paragraphStyle();
+    void openTables();
+
+    void finishDestination(Destination destination);
+    void finishInstruction();
+    void finishGraphic();
+    void finishInfo();
+
+    Tokens m_tokens;
+    const FileWrapper* m_package;
+    AttributedStringBuilder m_builder;
+    Dictionary m_attributes;
+
+    std::vector<State> m_states;
+    State m_state;
+    std::size_t m_uncountedGroups = 0;
+    bool m_isStarred = false;
+    std::int32_t m_toSkip = 0;
+
+    std::string m_bytes; // Of the present code page, not decoded yet.
+    std::u16string m_units; // Decoded, with the looks of m_state.
+    std::u16string m_text; // Of the present destination.
+    bool m_isNameComplete = false; // Of a graphic.
+    Size m_graphicSize;
+    std::string_view m_infoName;
+    std::vector<std::int32_t> m_time; // Year, month, day, hour, minute, second.
+
+    FontTable m_fonts;
+    ColorTable m_colors;
+    ListTable m_listTable;
+    std::vector<String> m_links;
+    std::int32_t m_defaultFont = 0;
+    CFStringEncoding m_encoding = CFStringEncoding::WindowsLatin1;
+    Size m_paper;
+    Size m_view;
+    std::optional<double> m_version;
+
+    Letters m_styledLetters;
+    CharacterStyle m_style;
+    bool m_hasStyle = false;
+
+    std::vector<OpenTable> m_openTables;
+    std::vector<CellDefinition> m_cells;
+    CellDefinition m_nextCell;
+    bool m_isCellBorder = false;
+};
+
+} // namespace caddis::rtf

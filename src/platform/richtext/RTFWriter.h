@@ -1,0 +1,85 @@
+#pragma once
+
+#include "platform/richtext/RTF.h"
+
+#include <array>
+#include <map>
+
+/// Inside this folder: the machine that writes RTF, in the order of a document: head, tables, text.
+namespace caddis::rtf {
+
+/// The numbers that fonts, colours and lists have in one document, in the order in which its styles name
+/// them.
+class WriterTables {
+public:
+    explicit WriterTables(const AttributedString& text);
+
+    std::size_t font(const String& name) const { return m_fontNumbers.at(name); }
+    /// 0, the reader's own colour, for nil.
+    std::size_t color(const std::optional<TextColor>& color) const;
+    /// 0 for none.
+    std::size_t list(const std::vector<std::uint32_t>& lists) const;
+
+    void append(std::string& out) const;
+
+private:
+    using ColorKey = std::array<std::int32_t, 4>;
+    static ColorKey keyOf(const TextColor& color)
+    {
+        return { color.red, color.green, color.blue, color.alpha };
+    }
+    void addFont(const String& name);
+    void addColor(const std::optional<TextColor>& color);
+    void addLists(const std::vector<std::uint32_t>& lists);
+    void appendColors(std::string& out) const;
+    void appendLists(std::string& out) const;
+
+    const AttributedString& m_text;
+    std::vector<String> m_fonts;
+    std::map<String, std::size_t> m_fontNumbers;
+    std::vector<TextColor> m_colors;
+    std::map<ColorKey, std::size_t> m_colorNumbers;
+    std::vector<std::vector<std::uint32_t>> m_chains; // Of lists, each the deepest of its number.
+    std::map<std::vector<std::uint32_t>, std::size_t> m_chainNumbers;
+};
+
+/// Appends the group of the document's attributes and the words for its paper and margins.
+void appendDocumentAttributes(std::string& out, const Dictionary& attributes);
+
+class Writer {
+public:
+    Writer(const AttributedString& text, RTFAttachments attachments, const std::vector<String>& memberNames);
+    std::string write(const Dictionary& attributes) &&;
+
+private:
+    void paragraph(Range range, const ParagraphStyle& style, const ParagraphStyle* next);
+    void paragraphProperties(const ParagraphStyle& style);
+    void lineProperties(const ParagraphStyle& style);
+    void pieces(Range range);
+    void piece(std::u16string_view text, const CharacterStyle& style);
+    void characterProperties(const CharacterStyle& style);
+    void attachment(const CharacterStyle& style);
+    Range markerOf(Range paragraph, const ParagraphStyle& style) const;
+    void setLink(const String& link);
+    void beginRow(std::size_t location, const TableCell& cell);
+    void endCells(const ParagraphStyle& style, const ParagraphStyle* next);
+    void rowDefinition(const std::vector<TableCell>& cells);
+    std::vector<TableCell> cellsOfRow(std::size_t location, const TableCell& cell) const;
+
+    const AttributedString& m_text;
+    RTFAttachments m_attachments;
+    const std::vector<String>& m_memberNames;
+    WriterTables m_tables;
+    std::string m_out;
+    std::size_t m_run = 0; // The run that the present location is in.
+    std::size_t m_paragraphRun = 0;
+
+    const ParagraphStyle* m_paragraph = nullptr; // As written.
+    bool m_isParagraphInField = false; // It was written inside the field that is open, and ends with it.
+    std::optional<CharacterStyle> m_style; // As written.
+    String m_link; // Of the field that is open.
+    std::optional<CharacterStyle> m_styleOutside; // Of that field.
+    std::vector<TableCell> m_cells; // Of the paragraph before.
+};
+
+} // namespace caddis::rtf

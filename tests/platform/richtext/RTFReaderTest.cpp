@@ -1,0 +1,138 @@
+#include "platform/richtext/RTF.h"
+
+#include "support/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace caddis {
+namespace {
+
+AttributedString read(std::string_view body, const FileWrapper* package = nullptr)
+{
+    const std::string rtf = "{\\rtf1\\ansi\\ansicpg1252" + std::string(body) + "}";
+    return attributedStringWithRTF(Data::copyOf(rtf), package).value();
+}
+
+std::string text(std::string_view body) { return readable(read(body).string()); }
+
+const CharacterStyle& styleAt(const AttributedString& text, std::size_t run)
+{
+    return text.styles()[text.runs()[run].style];
+}
+
+TEST(RTFReader, DecodesBytesByTheirFontsCodePage)
+{
+    EXPECT_EQ(text(" \\'85\\'e9\\~\\emdash "), "…é\u00A0—");
+    EXPECT_EQ(text("{\\fonttbl{\\f0\\fcharset204 Arial;}\\f1\\fcharset128 Osaka;}\\f0 \\'c6\\f1 "
+                   "\\'82\\'a0\\'82\\'a2"),
+        "Жあい");
+    EXPECT_EQ(text("\\mac \\'8e"), "é");
+    EXPECT_EQ(text("\\ansicpg1250 \\'e8"), "č");
+}
+
+TEST(RTFReader, SkipsWhatStandsBehindUnicode)
+{
+    EXPECT_EQ(text("\\u8226*x"), "•x");
+    EXPECT_EQ(text("\\uc2\\u8226\\'a1\\'a2x{\\uc0\\u8226 y}\\u-3913ab"), "•x•y\xEF\x82\xB7");
+    EXPECT_EQ(text("\\uc0\\u55357 \\u57056 "), "🛠");
+    EXPECT_EQ(text("\\uc5\\u65{a}b"), "Aab");
+}
+
+TEST(RTFReader, LeavesOutWhatIsNoText)
+{
+    EXPECT_EQ(
+        text("{\\stylesheet{\\s1 heading;}}{\\*\\unknown \\b deep{er}}a{\\pict 0123}{\\footer f}b"), "ab");
+    EXPECT_EQ(text("a\\v hidden\\v0 b{\\bin3 }}}c}"), "abc");
+    EXPECT_EQ(text("a\\bin99999 rest"), "a");
+    EXPECT_EQ(text("}}}after"), "after");
+    EXPECT_FALSE(attributedStringWithRTF(Data::copyOf("rtf1")));
+}
+
+TEST(RTFReader, ReadsTheLooksOfLetters)
+{
+    const auto read
+        = caddis::read("{\\fonttbl\\f0\\fswiss Helvetica-Bold;}{\\colortbl;\\red255\\green0\\blue0;"
+                       "\\red0\\green0\\blue0;}{\\*\\expandedcolortbl;;\\csgray\\c50000\\c40000;}"
+                       "\\f0\\b\\fs27\\cf1 a\\cf2\\super b{\\i\\nosupersub c}d");
+    ASSERT_EQ(read.runs().size(), 4U);
+    EXPECT_EQ(styleAt(read, 0).font, (Font { u"Helvetica-Bold"_s, 13.5, true, false }));
+    EXPECT_EQ(styleAt(read, 0).foreground, (TextColor { TextColor::Full, 0, 0 }));
+    EXPECT_EQ(styleAt(read, 1).foreground, (TextColor { 50000, 50000, 50000, 40000 }));
+    EXPECT_EQ(styleAt(read, 1).superscript, 1);
+    EXPECT_TRUE(styleAt(read, 2).font.italic);
+    EXPECT_EQ(styleAt(read, 3), styleAt(read, 1));
+}
+
+TEST(RTFReader, ReadsParagraphsListsAndLinks)
+{
+    const auto read = caddis::read(
+        "{\\*\\listtable{\\list{\\listlevel\\levelnfc0{\\*\\levelmarker \\{decimal\\}.}}\\listid9}}"
+        "{\\*\\listoverridetable{\\listoverride\\listid9\\ls1}}"
+        "\\pard\\qc\\li720\\fi-360\\tqr\\tx100 a\\\n\\pard\\ls1\\ilvl0{\\listtext\t1.\t}b\\par "
+        "\\pard{\\field{\\*\\fldinst{HYPERLINK \"http://x/\"}}{\\fldrslt c}}d");
+    EXPECT_EQ(read.string(), u"a\n\t1.\tb\ncd");
+    ASSERT_EQ(read.paragraphRuns().size(), 3U);
+    EXPECT_EQ(read.paragraphStyles()[0].firstLineIndent, 18);
+    EXPECT_EQ(read.paragraphStyles()[0].tabStops, (std::vector<TabStop> { { 5, TabAlignment::Right } }));
+    EXPECT_EQ(read.paragraphStyles()[1].lists, std::vector<std::uint32_t> { 0 });
+    EXPECT_EQ(read.lists()[0].markerFormat, u"{decimal}.");
+    EXPECT_EQ(styleAt(read, 1).link, u"http://x/");
+    EXPECT_EQ(styleAt(read, 2).link, u"");
+}
+
+TEST(RTFReader, KeepsTheCellsOfTables)
+{
+    const auto read = caddis::read("\\trowd\\cellx1000\\cellx3000\\pard\\intbl a\\cell b\\par c\\cell\\row"
+                                   "\\pard\\intbl d\\cell\\row\\pard e");
+    EXPECT_EQ(read.string(), u"a\nb\nc\nd\ne");
+    ASSERT_EQ(read.paragraphRuns().size(), 4U);
+    const auto& cell = read.paragraphStyles()[1].cells.at(0);
+    EXPECT_EQ(cell.column, 1U);
+    EXPECT_EQ(cell.width, 100);
+    EXPECT_EQ(read.paragraphStyles()[2].cells.at(0).row, 1U);
+    EXPECT_TRUE(read.paragraphStyles()[3].cells.empty());
+    EXPECT_EQ(read.tables().at(0).columns, 2U);
+}
+
+TEST(RTFReader, TakesAttachmentsFromThePackageOnly)
+{
+    constexpr std::string_view Body = "a{{\\NeXTGraphic ../my pic.png \\width3200 \\height20 \n}\xAC}b";
+    const FileWrapper package = FileWrapper::folder({}, { FileWrapper::file(u"my pic.png"_s, {}) });
+    const auto read = caddis::read(Body, &package);
+    EXPECT_EQ(read.string(), u"a\uFFFCb");
+    ASSERT_EQ(read.attachments().size(), 1U);
+    EXPECT_EQ(read.attachments()[0].size, (Size { 160, 1 }));
+    EXPECT_EQ(text(Body), "ab");
+}
+
+TEST(RTFReader, ReadsWhatTheDocumentSaysOfItself)
+{
+    const auto attributes = read("\\cocoartf1561\\cocoasubrtf600{\\info{\\title A \\'e9}{\\keywords a, b c}"
+                                 "{\\*\\copyright me}{\\creatim\\yr2018\\mo4\\dy5\\hr6\\min7}}"
+                                 "\\paperw12240\\paperh15840\\margl1440\\viewkind1")
+                                .documentAttributes;
+    EXPECT_EQ(attributes.stringForKey(DocumentAttribute::Title), u"A é"_s);
+    EXPECT_EQ(*attributes.find(DocumentAttribute::Keywords), Value(Array { u"a"_s, u"b c"_s }));
+    EXPECT_EQ(attributes.stringForKey(DocumentAttribute::Copyright), u"me"_s);
+    EXPECT_EQ(attributes.stringForKey(DocumentAttribute::PaperSize), u"{612, 792}"_s);
+    EXPECT_EQ(*attributes.find(DocumentAttribute::CocoaRTFVersion), Value(1561.6));
+    EXPECT_EQ(attributes.find(DocumentAttribute::CreationTime)->as<Date>()->unixSeconds(), 1522908420);
+}
+
+TEST(RTFReader, HoldsDepthAndSizeAgainstHostileText)
+{
+    constexpr std::size_t Many = 1000000;
+    std::string groups(Many, '{');
+    groups += 'a';
+    groups.append(Many, '}');
+    groups += 'b';
+    EXPECT_EQ(text(groups), "ab");
+    std::string cells = "\\trowd";
+    for (int column = 0; column < 10000; ++column)
+        cells += "\\cellx2000000000\\tx9";
+    EXPECT_EQ(text(cells + "\\intbl a\\cell\\row"), "a\n");
+    EXPECT_EQ(text("\\fs999999999999\\li-99999999999999999999 a\\u99999999999 "), "a\uFFFF");
+}
+
+} // namespace
+} // namespace caddis

@@ -1,0 +1,142 @@
+#include "platform/richtext/RTF.h"
+
+#include "platform/richtext/AttributedStringBuilder.h"
+#include "support/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace caddis {
+namespace {
+
+AttributedString readBack(const AttributedString& text)
+{
+    AttributedString read = attributedStringWithRTF(RTFFromString(text, text.documentAttributes)).value();
+    for (const auto key :
+        { DocumentAttribute::DocumentType, DocumentAttribute::UTI, DocumentAttribute::CocoaRTFVersion })
+        read.documentAttributes.remove(key);
+    return read;
+}
+
+CharacterStyle linked(std::u16string_view link)
+{
+    CharacterStyle style;
+    style.link = String(link);
+    style.underline = LineStyle::Single;
+    return style;
+}
+
+ParagraphStyle inCell(std::uint32_t row, std::uint32_t column)
+{
+    ParagraphStyle style;
+    TableCell cell;
+    cell.row = row;
+    cell.column = column;
+    cell.width = 120;
+    cell.borderWidth = 1;
+    cell.background = TextColor::fromBytes(250, 240, 1);
+    style.cells.push_back(cell);
+    return style;
+}
+
+TEST(RTFWriter, ReadsBackLetters)
+{
+    AttributedStringBuilder builder;
+    CharacterStyle style;
+    builder.append(u"plain \\{}\t\u00E9\u2026\u2022\u017D\u4E2D\U0001F6E0\u2028\u0001\r ", style);
+    style.font = { u"Times-Roman"_s, 13.3, true, true };
+    style.underline = LineStyle::Double;
+    style.strikethrough = LineStyle::Single;
+    style.foreground = TextColor::fromBytes(1, 2, 3, 0.25);
+    style.background = TextColor::fromBytes(255, 255, 255);
+    style.superscript = -2;
+    style.baselineOffset = 1.5;
+    style.kern = -0.5;
+    builder.append(u"all of it", style);
+    builder.append(u" 12 plain", {});
+    const AttributedString text = std::move(builder).finish();
+    EXPECT_EQ(readBack(text), text);
+}
+
+TEST(RTFWriter, ReadsBackLinksAcrossParagraphs)
+{
+    AttributedStringBuilder builder;
+    ParagraphStyle indented;
+    indented.headIndent = 36;
+    builder.append(u"see ", {});
+    builder.append(u"one\n", linked(u"http://a/?b=\\{c}"));
+    builder.endParagraphs({});
+    builder.append(u"more", linked(u"http://a/?b=\\{c}"));
+    builder.append(u"two", linked(u"mailto:x"));
+    builder.append(u" and text\nlast", {});
+    builder.endParagraphs(indented);
+    const AttributedString text = std::move(builder).finish();
+    EXPECT_EQ(readBack(text), text);
+}
+
+TEST(RTFWriter, ReadsBackParagraphsAndLists)
+{
+    AttributedStringBuilder builder;
+    ParagraphStyle style;
+    style.alignment = TextAlignment::Justified;
+    style.direction = WritingDirection::RightToLeft;
+    style.headIndent = 20;
+    style.firstLineIndent = 5;
+    style.tailIndent = -10;
+    style.spacingBefore = 3;
+    style.lineHeightMultiple = 1.5;
+    style.maximumLineHeight = 30;
+    style.tabStops = { { 10, TabAlignment::Decimal }, { 20 } };
+    style.headerLevel = 2;
+    builder.append(u"one\n", {});
+    builder.endParagraphs(style);
+    ParagraphStyle item;
+    item.lists = { builder.addList({ u"{lower-roman})"_s, 3 }) };
+    builder.append(u"\tiii)\titem\n", {});
+    builder.endParagraphs(item);
+    item.lists.push_back(builder.addList({ u"{circle}"_s }));
+    builder.append(u"\t\u25E6\tinner\n", {});
+    builder.endParagraphs(item);
+    const AttributedString text = std::move(builder).finish();
+    EXPECT_EQ(readBack(text), text);
+}
+
+TEST(RTFWriter, ReadsBackTables)
+{
+    AttributedStringBuilder builder;
+    builder.addTable({ 2 });
+    builder.append(u"before\n", {});
+    builder.endParagraphs({});
+    for (const auto& [text, row, column] : { std::tuple(u"a\n", 0U, 0U), std::tuple(u"b\n", 0U, 1U),
+             std::tuple(u"b2\n", 0U, 1U), std::tuple(u"c\n", 1U, 0U), std::tuple(u"d\n", 1U, 1U) }) {
+        builder.append(text, {});
+        builder.endParagraphs(inCell(row, column));
+    }
+    builder.append(u"after", {});
+    const AttributedString text = std::move(builder).finish();
+    AttributedString read = readBack(text);
+    EXPECT_EQ(read.string(), text.string());
+    EXPECT_EQ(read.tables(), text.tables());
+    ASSERT_EQ(read.paragraphStyles().size(), text.paragraphStyles().size());
+    for (std::size_t index = 0; index < read.paragraphStyles().size(); ++index)
+        EXPECT_EQ(read.paragraphStyles()[index].cells, text.paragraphStyles()[index].cells) << index;
+}
+
+TEST(RTFWriter, ReadsBackDocumentAttributes)
+{
+    AttributedStringBuilder builder;
+    builder.append(u"x", {});
+    AttributedString text = std::move(builder).finish();
+    text.documentAttributes = { { String(DocumentAttribute::PaperSize), u"{612, 792}"_s },
+        { String(DocumentAttribute::LeftMargin), 90.5 }, { String(DocumentAttribute::Title), u"{T\u00E9}"_s },
+        { String(DocumentAttribute::Keywords), Array { u"a b"_s, u"c"_s } },
+        { String(DocumentAttribute::ModificationTime), Date::fromUnixSeconds(1522908425) } };
+    const Dictionary read = readBack(text).documentAttributes;
+    for (const auto& [key, value] : text.documentAttributes) {
+        const Value* found = read.find(key);
+        EXPECT_TRUE(found && *found == value) << key.utf8();
+    }
+    EXPECT_EQ(RTFFromString(text, {}).chars().find("\\paperw"), std::string_view::npos);
+}
+
+} // namespace
+} // namespace caddis
