@@ -5,6 +5,7 @@
 #include "service/MovieRequests.h"
 #include "service/PDFRequests.h"
 #include "service/PreviewRequests.h"
+#include "service/RichTextRequests.h"
 #include "service/ScriptCache.h"
 #include "service/ScriptParameter.h"
 
@@ -41,6 +42,19 @@ std::optional<Dictionary> CaddisHelper::attributedStringWithPDF(
     const Data* const data = pdf ? pdf->as<Data>() : nullptr;
     return _attributedStringWithPDF(
         attributed, data ? std::optional(*data) : std::nullopt, std::nullopt, PageSize::LeftOut);
+}
+
+std::optional<Dictionary> CaddisHelper::attributedStringWithContentsOfFile(const File& file)
+{
+    const FileArgument argument(file);
+    return argument.path() ? caddis::attributedStringWithContentsOfFile(*argument.path()) : std::nullopt;
+}
+
+bool CaddisHelper::writeRTFDDataToFile(const std::optional<Value>& rtfd, const File& file)
+{
+    const FileArgument argument(file);
+    const Data* const data = rtfd ? rtfd->as<Data>() : nullptr;
+    return data && argument.path() && caddis::writeRTFDDataToFile(*data, *argument.path());
 }
 
 std::optional<Dictionary> CaddisHelper::metaDataForFile(const File& file)

@@ -33,6 +33,10 @@ public:
     Dictionary posterImageForMovieWithFile(const File& file);
     /// The text of PDF data: see _attributedStringWithPDF. Nil for what is no PDF data.
     std::optional<Dictionary> attributedStringWithPDF(bool attributed, const std::optional<Value>& pdf);
+    /// A file's text with its looks, as RTFD: see RichTextRequests.h.
+    std::optional<Dictionary> attributedStringWithContentsOfFile(const File& file);
+    /// Writes RTFD data as a package; false for what is no RTFD or can't be written.
+    bool writeRTFDDataToFile(const std::optional<Value>& rtfd, const File& file);
     /// Attribute names and their values, without null objects; nil when nothing is known of the file.
     std::optional<Dictionary> metaDataForFile(const File& file);
     /// Whether metadata can be had for files of this kind.

@@ -17,8 +17,6 @@ Result fails(const Arguments&) { return std::nullopt; }
 
 Result failsWithEmptyReply(const Arguments&) { return Dictionary(); }
 
-Result failsWithNo(const Arguments&) { return false; }
-
 // Kept on purpose: some callers send this to any object at hand; it is logged and does nothing.
 Result setImage(const Arguments&)
 {
@@ -43,6 +41,12 @@ RemoteObject ostraImExport(CaddisHelper& helper)
     const auto attributedStringWithPDF = [&](const Arguments& arguments) -> Result {
         const bool* const attributed = arguments[0] ? arguments[0]->as<bool>() : nullptr;
         return helper.attributedStringWithPDF(attributed && *attributed, arguments[1]);
+    };
+    const auto attributedStringWithContentsOfFile = [&](const Arguments& arguments) -> Result {
+        return helper.attributedStringWithContentsOfFile(arguments[0]);
+    };
+    const auto writeRTFDDataToFile = [&](const Arguments& arguments) -> Result {
+        return helper.writeRTFDDataToFile(arguments[0], arguments[1]);
     };
     const auto metaData
         = [&](const Arguments& arguments) -> Result { return helper.metaDataForFile(arguments[0]); };
@@ -69,9 +73,9 @@ RemoteObject ostraImExport(CaddisHelper& helper)
             { "PreviewForFile", "vxb", "av", fails },
             { "AttributedStringWithPDF", "bv", "aa{sv}", attributedStringWithPDF },
             { "PosterImageForMovieWithFile", "v", "a{sv}", posterImage },
-            { "AttributedStringWithContentsOfFile", "v", "aa{sv}", fails },
+            { "AttributedStringWithContentsOfFile", "v", "aa{sv}", attributedStringWithContentsOfFile },
             { "SearchableTextOfWebArchive", "v", "a{sv}", failsWithEmptyReply },
-            { "WriteRTFDDataToFile", "vv", "b", failsWithNo },
+            { "WriteRTFDDataToFile", "vv", "b", writeRTFDDataToFile },
             { "RTFDWithHTML", "vvbv", "av", fails },
             { "MetaDataForFile", "v", "aa{sv}", metaData },
             { "SupportsFile", "v", "b", supports },
