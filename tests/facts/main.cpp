@@ -22,6 +22,7 @@ Answer jsonFact(const Question&);
 Answer pdfFact(const Question&);
 Answer mimeFact(const Question&);
 Answer movieFact(const Question&);
+Answer richTextFact(const Question&);
 Answer textBundleFact(const Question&);
 Answer unicodeFact(const Question&);
 Answer zipFact(const Question&);
@@ -47,6 +48,8 @@ const std::map<std::u16string_view, Answerer> kinds {
     { u"pdf", pdfFact },
     { u"mime", mimeFact },
     { u"movies", movieFact },
+    { u"rtf", richTextFact },
+    { u"rtfd", richTextFact },
     { u"textbundle", textBundleFact },
     { u"unicode", unicodeFact },
     { u"zip", zipFact },
