@@ -60,8 +60,12 @@ bool importFile(Attributes& attributes, std::string_view, const std::string& pat
     if (file.isNull())
         return false;
     const TagLib::PropertyMap tags = file.file()->properties();
+    const auto* sound = file.audioProperties();
+    // Any bytes are an MP3 file to the library: without a frame and a tag it is none to us.
+    if (tags.isEmpty() && (!sound || sound->sampleRate() == 0))
+        return false;
     setTags(tags, attributes);
-    if (const auto* sound = file.audioProperties())
+    if (sound)
         setSound(*sound, attributes);
     if (const auto lyrics = tags.find("LYRICS"); lyrics != tags.end())
         TextSink(attributes).append(lyrics->second.toString("\n").to8Bit(true));

@@ -16,7 +16,7 @@ namespace caddis::bundles {
 /// MaximumParts members is no document.
 class ZipPackage {
 public:
-    static constexpr std::size_t MaximumInflated = 256 * 1024 * 1024;
+    static constexpr std::size_t MaximumInflated = 128 * 1024 * 1024;
     static constexpr std::size_t MaximumParts = 65'536;
 
     /// Null when the file is no such archive.

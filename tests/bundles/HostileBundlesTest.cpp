@@ -1,0 +1,114 @@
+#include "bundles/BundleHost.h"
+#include "support/TemporaryFolder.h"
+#include "support/ZipBuilder.h"
+
+#include <gtest/gtest.h>
+
+namespace caddis {
+namespace {
+
+class HostileFiles : public testing::Test {
+protected:
+    Imported import(const std::string& bundle, const char* type, const std::string& bytes,
+        std::size_t textLimit = 16 * 1024 * 1024)
+    {
+        return importWith(bundle, type, m_folder.write("file", bytes).utf8(), textLimit);
+    }
+
+private:
+    TemporaryFolder m_folder;
+};
+
+constexpr const char* Word = "org.openxmlformats.wordprocessingml.document";
+constexpr const char* Text = "kMDItemTextContent";
+
+TEST_F(HostileFiles, EndAtTheTextLimit)
+{
+    std::string body = "<d><p><t>";
+    body.append(40 * 1024 * 1024, 'a').append("</t></p></d>");
+    const auto bomb
+        = import("OfficeOpen", Word, ZipBuilder().add("word/document.xml", body).bytes(), 1024 * 1024);
+    EXPECT_LE(bomb[Text].size(), 1024 * 1024U);
+    EXPECT_GT(bomb[Text].size(), 512 * 1024U);
+}
+
+TEST_F(HostileFiles, AreNotUnpackedWithoutEnd)
+{
+    // 320 MiB of empty tags, of which 256 MiB are looked at.
+    std::string body = "<d>";
+    for (int i = 0; i < 20 * 1024 * 1024; ++i)
+        body += "<p></p>         ";
+    body += "<p><t>behind</t></p></d>";
+    EXPECT_EQ(
+        import("OfficeOpen", Word, ZipBuilder().add("word/document.xml", body).bytes())[Text], "(absent)");
+}
+
+TEST_F(HostileFiles, CannotBlowUpEntities)
+{
+    std::string xml = "<!DOCTYPE d [<!ENTITY a0 'aaaaaaaaaa'>";
+    for (int i = 1; i < 12; ++i) {
+        const std::string below = "&a" + std::to_string(i - 1) + ";";
+        xml += "<!ENTITY a" + std::to_string(i) + " '";
+        for (int n = 0; n < 10; ++n)
+            xml += below;
+        xml += "'>";
+    }
+    xml += "]><d x='&a11;'><p><t>&a11;</t></p></d>";
+    const auto bomb = import("OfficeOpen", Word, ZipBuilder().add("word/document.xml", xml).bytes());
+    EXPECT_LT(bomb[Text].size(), 1024U);
+}
+
+TEST_F(HostileFiles, OfManyPartsAreCutShort)
+{
+    if (!hasBundle("Mail"))
+        GTEST_SKIP();
+    std::string mail = "Subject: many\nMIME-Version: 1.0\nContent-Type: multipart/mixed; boundary=b\n\n";
+    for (int i = 0; i < 10'000; ++i)
+        mail += "--b\nContent-Type: text/plain\n\npart\n";
+    const auto parts = import("Mail", "com.apple.mail.email", mail);
+    EXPECT_EQ(parts["kMDItemSubject"], "many");
+    EXPECT_LE(parts[Text].size(), 6000U);
+
+    std::string nested = "Subject: deep\nMIME-Version: 1.0\n";
+    for (int i = 0; i < 2000; ++i) {
+        const std::string boundary = "b" + std::to_string(i);
+        nested += "Content-Type: multipart/mixed; boundary=" + boundary + "\n\n--" + boundary + "\n";
+    }
+    EXPECT_EQ(import("Mail", "com.apple.mail.email", nested)["kMDItemSubject"], "deep");
+
+    std::string recipients = "To: a@e.org";
+    for (int i = 0; i < 20'000; ++i)
+        recipients += ", a@e.org";
+    EXPECT_LE(import("Mail", "com.apple.mail.email", recipients + "\n\nx").items, 10'000U);
+}
+
+TEST_F(HostileFiles, LeaveEveryBundleStanding)
+{
+    // Each bundle gets what belongs to another, cut short, and noise.
+    std::string noise;
+    std::uint32_t state = 1;
+    for (int i = 0; i < 100'000; ++i) {
+        state = state * 1664525 + 1013904223;
+        noise += static_cast<char>(state >> 24);
+    }
+    const std::string archive
+        = ZipBuilder().add("word/document.xml", "<d><p>").add("content.xml", noise).bytes();
+    const std::string files[] = { "", noise, archive, archive.substr(0, archive.size() / 2), "RIFF" + noise,
+        "%PDF-1.7\n" + noise, "Content-Type: multipart/related; boundary=\n\n--\n--\n",
+        "\x89PNG\r\n\x1A\n" + noise, "ID3\4\0\0\x7F\x7F\x7F\x7F" + noise,
+        std::string("\0\0\0\x18"
+                    "ftypmp42",
+            12)
+            + noise };
+    for (const char* bundle : { "PlainText", "Web", "PDF", "OfficeOpen", "OpenDocument", "Mail", "Cards",
+             "Image", "Audio", "Video", "Archive" }) {
+        if (!hasBundle(bundle))
+            continue;
+        for (const std::string& file : files)
+            import(bundle, "public.data", file);
+        EXPECT_FALSE(importWith(bundle, "public.data", "/nowhere/at/all").result) << bundle;
+    }
+}
+
+} // namespace
+} // namespace caddis
