@@ -70,7 +70,7 @@ std::string takePart(std::string_view& rest, char separator)
     std::size_t end = 0;
     while (end < rest.size() && rest[end] != separator)
         end += rest[end] == '\\' && end + 1 < rest.size() ? 2 : 1;
-    const std::string part = unescaped(rest.substr(0, end));
+    std::string part = unescaped(rest.substr(0, end));
     rest.remove_prefix(std::min(end + 1, rest.size()));
     return part;
 }

@@ -43,8 +43,8 @@ public:
     void startElement(std::string_view name, const XmlTag& tag) override
     {
         m_isText = name == "t";
-        if (name == "tab")
-            m_isInTabs ? true : m_text.append("\t");
+        if (name == "tab" && !m_isInTabs)
+            m_text.append("\t");
         else if (name == "br" || name == "cr")
             m_text.append("\n");
         else if (name == "noBreakHyphen")
@@ -60,8 +60,6 @@ public:
     {
         m_isText = false;
         if (name == "p")
-            m_text.endLine();
-        else if (name == "tc")
             m_text.endLine();
         else if (name == "tabs")
             m_isInTabs = false;
