@@ -8,6 +8,7 @@
 #include "service/RichTextRequests.h"
 #include "service/ScriptCache.h"
 #include "service/ScriptParameter.h"
+#include "service/WebRequests.h"
 
 #include <cstdlib>
 
@@ -55,6 +56,11 @@ bool CaddisHelper::writeRTFDDataToFile(const std::optional<Value>& rtfd, const F
     const FileArgument argument(file);
     const Data* const data = rtfd ? rtfd->as<Data>() : nullptr;
     return data && argument.path() && caddis::writeRTFDDataToFile(*data, *argument.path());
+}
+
+Dictionary CaddisHelper::searchableTextOfWebArchive(const File& file)
+{
+    return caddis::searchableTextOfWebArchive(FileArgument(file).path());
 }
 
 std::optional<Dictionary> CaddisHelper::metaDataForFile(const File& file)

@@ -37,6 +37,8 @@ public:
     std::optional<Dictionary> attributedStringWithContentsOfFile(const File& file);
     /// Writes RTFD data as a package; false for what is no RTFD or can't be written.
     bool writeRTFDDataToFile(const std::optional<Value>& rtfd, const File& file);
+    /// "String", "Source" and "URL" of a web archive: see WebRequests.h. Empty for what is none.
+    Dictionary searchableTextOfWebArchive(const File& file);
     /// Attribute names and their values, without null objects; nil when nothing is known of the file.
     std::optional<Dictionary> metaDataForFile(const File& file);
     /// Whether metadata can be had for files of this kind.

@@ -48,6 +48,9 @@ RemoteObject ostraImExport(CaddisHelper& helper)
     const auto writeRTFDDataToFile = [&](const Arguments& arguments) -> Result {
         return helper.writeRTFDDataToFile(arguments[0], arguments[1]);
     };
+    const auto searchableTextOfWebArchive = [&](const Arguments& arguments) -> Result {
+        return helper.searchableTextOfWebArchive(arguments[0]);
+    };
     const auto metaData
         = [&](const Arguments& arguments) -> Result { return helper.metaDataForFile(arguments[0]); };
     const auto supports
@@ -74,7 +77,7 @@ RemoteObject ostraImExport(CaddisHelper& helper)
             { "AttributedStringWithPDF", "bv", "aa{sv}", attributedStringWithPDF },
             { "PosterImageForMovieWithFile", "v", "a{sv}", posterImage },
             { "AttributedStringWithContentsOfFile", "v", "aa{sv}", attributedStringWithContentsOfFile },
-            { "SearchableTextOfWebArchive", "v", "a{sv}", failsWithEmptyReply },
+            { "SearchableTextOfWebArchive", "v", "a{sv}", searchableTextOfWebArchive },
             { "WriteRTFDDataToFile", "vv", "b", writeRTFDDataToFile },
             { "RTFDWithHTML", "vvbv", "av", fails },
             { "MetaDataForFile", "v", "aa{sv}", metaData },
