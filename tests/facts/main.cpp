@@ -25,6 +25,7 @@ Answer movieFact(const Question&);
 Answer richTextFact(const Question&);
 Answer textBundleFact(const Question&);
 Answer unicodeFact(const Question&);
+Answer webArchiveFact(const Question&);
 Answer zipFact(const Question&);
 
 namespace {
@@ -52,6 +53,7 @@ const std::map<std::u16string_view, Answerer> kinds {
     { u"rtfd", richTextFact },
     { u"textbundle", textBundleFact },
     { u"unicode", unicodeFact },
+    { u"webarchive", webArchiveFact },
     { u"zip", zipFact },
 };
 
