@@ -15,8 +15,6 @@ using Result = std::optional<Value>;
 // What an operation gives that is not built yet: the failure that its callers have to expect in any case.
 Result fails(const Arguments&) { return std::nullopt; }
 
-Result failsWithEmptyReply(const Arguments&) { return Dictionary(); }
-
 // Kept on purpose: some callers send this to any object at hand; it is logged and does nothing.
 Result setImage(const Arguments&)
 {

@@ -23,6 +23,7 @@ enum ExitCode : int {
 struct Invocation {
     bool json = false;
     bool items = false; ///< --items
+    bool source = false; ///< --source
     std::optional<std::string> output; ///< -o
     std::optional<std::uint32_t> size; ///< --size, in pixels
     std::optional<std::string> url; ///< --url

@@ -3,12 +3,14 @@
 #include "Input.h"
 #include "Output.h"
 #include "ValuePrinter.h"
+#include "WebCommands.h"
 #include "client/HelperProxy.h"
 #include "epub/EPUBParser.h"
 #include "markup/Html2Text.h"
 #include "markup/HtmlBaseURL.h"
 #include "markup/HtmlMetadata.h"
 #include "markup/MarkupData.h"
+#include "markup/WebArchiveText.h"
 
 #include <cstdio>
 
@@ -35,6 +37,8 @@ std::optional<String> textOfPage(const Invocation& invocation, const std::string
 
 std::optional<String> textOf(const Invocation& invocation, const std::string& file)
 {
+    if (isWebArchiveFile(String::fromUtf8(file)))
+        return textOfWebArchive(invocation, file);
     if (!EPUBParser::isEPUBFile(String::fromUtf8(file)))
         return textOfPage(invocation, file);
     const auto metadata = HelperProxy(invocation.helper()).metaDataForFile(absolutePath(file));

@@ -5,8 +5,8 @@
 /// Commands that the library does in this process, since no operation of the helper covers them.
 namespace caddis::tool {
 
-/// A book's text comes from the helper, as part of its metadata, and so does that of a PDF; a page ("-" is
-/// standard input) is converted here.
+/// A book's text comes from the helper, as part of its metadata, and so do that of a PDF and of a web
+/// archive; a page ("-" is standard input) is converted here.
 ExitCode text(const Invocation& invocation);
 ExitCode toc(const Invocation& invocation);
 ExitCode html(const Invocation& invocation);

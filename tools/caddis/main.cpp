@@ -11,6 +11,7 @@
 #include "PDFCommands.h"
 #include "Quiet.h"
 #include "ScriptCommands.h"
+#include "WebCommands.h"
 #include "client/OstraImExport.h"
 
 #include <algorithm>
@@ -33,6 +34,7 @@ constexpr Command table[] = {
         "    kMDItemAuthors  Herman Melville\n",
         1, info },
     { "text", "FILE…", "the plain text of a book, a page or a PDF",
+    { "text", "FILE…", "the plain text of a book, a page or a web archive",
         "  $ caddis text page.html\n"
         "  Chapter 1. Loomings.\n",
         1, text },
@@ -47,6 +49,10 @@ constexpr Command table[] = {
         "    title             Chapter 1\n"
         "    meta description  How it begins\n",
         1, head },
+    { "webarchive", "FILE", "the text of a saved page and its frames, or its markup (--source)",
+        "  $ caddis webarchive page.webarchive\n"
+        "  $ caddis webarchive page.webarchive --source -o page.html\n",
+        1, webarchive },
     { "feed", "FILE", "an RSS or Atom feed as a page, or as its items",
         "  $ caddis feed news.xml -o news.html\n"
         "  $ curl -s https://example.org/feed | caddis feed - --items --url https://example.org/feed\n",
@@ -98,6 +104,7 @@ constexpr Command table[] = {
 constexpr char Options[] = "  --json       print JSON, one line per result\n"
                            "  -o FILE      write data to FILE\n"
                            "  --items      of a feed: print its items, one line of JSON each\n"
+                           "  --source     of a web archive: print its page's markup\n"
                            "  --url URL    of a feed: where it comes from, to resolve its links\n"
                            "  --size N     of a page: its longer side in pixels\n"
                            "  --source TEXT  of a script: its source, instead of FILE\n"
@@ -174,6 +181,8 @@ CommandLine parse(std::span<char*> words)
             line.keep = true;
         else if (word == "--items")
             line.invocation.items = true;
+        else if (word == "--source")
+            line.invocation.source = true;
         else if (word == "--help" || word == "-h")
             line.help = true;
         else if (word == "-o" && index + 1 < words.size())
