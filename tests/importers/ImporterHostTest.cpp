@@ -212,7 +212,7 @@ TEST_F(ImporterHost, FailsOnlyTheRequestOfAnImporterThatDies)
         const auto proxy = task->proxy();
         ASSERT_TRUE(proxy);
         EXPECT_ANY_THROW(HelperProxy(*proxy).metaDataForFile(root.write(name, ""))) << name;
-        for (int count = 0; count < 500 && proxy->connection()->isValid(); ++count)
+        for (int attempt = 0; attempt < 500 && proxy->connection()->isValid(); ++attempt)
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         const auto next = task->proxy();
         ASSERT_TRUE(next);

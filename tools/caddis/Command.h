@@ -23,11 +23,11 @@ enum ExitCode : int {
 struct Invocation {
     bool json = false;
     bool items = false; ///< --items
-    bool source = false; ///< --source
+    bool source = false; ///< --source of a web archive
     std::optional<std::string> output; ///< -o
     std::optional<std::uint32_t> size; ///< --size, in pixels
     std::optional<std::string> url; ///< --url
-    std::optional<std::string> source; ///< --source
+    std::optional<std::string> scriptSource; ///< --source TEXT of a script
     std::vector<std::string> arguments;
     std::function<Proxy()> helper; ///< launches one when none runs; throws HelperUnavailable
     std::function<std::optional<Proxy>()> runningHelper; ///< never launches

@@ -94,12 +94,12 @@ ExitCode script(const Invocation& invocation)
     const std::span<const std::string> words = invocation.arguments;
     Job job { words.front(), {}, words.subspan(1), invocation.json };
     const bool isKnown = job.action == "run" || job.action == "check" || job.action == "handlers";
-    if (!isKnown || (!invocation.source && job.rest.empty())) {
+    if (!isKnown || (!invocation.scriptSource && job.rest.empty())) {
         std::fputs("caddis: script run, script check or script handlers, and a file or --source\n", stderr);
         return Usage;
     }
-    if (invocation.source) {
-        job.text = ScriptText::fromSource(String::fromUtf8(*invocation.source));
+    if (invocation.scriptSource) {
+        job.text = ScriptText::fromSource(String::fromUtf8(*invocation.scriptSource));
         return perform(job);
     }
     auto text = ScriptText::fromFile(absolutePath(job.rest.front()));

@@ -33,8 +33,7 @@ constexpr Command table[] = {
         "    kMDItemTitle    Moby-Dick\n"
         "    kMDItemAuthors  Herman Melville\n",
         1, info },
-    { "text", "FILE…", "the plain text of a book, a page or a PDF",
-    { "text", "FILE…", "the plain text of a book, a page or a web archive",
+    { "text", "FILE…", "the plain text of a book, a page, a PDF or a web archive",
         "  $ caddis text page.html\n"
         "  Chapter 1. Loomings.\n",
         1, text },
@@ -152,6 +151,8 @@ struct CommandLine {
     std::optional<std::string> mistake;
     Invocation invocation;
 
+    bool isScript() const { return command && command->run == script; }
+
     void readSize(const std::string& word)
     {
         const long size = std::strtol(word.c_str(), nullptr, 10);
@@ -181,7 +182,9 @@ CommandLine parse(std::span<char*> words)
             line.keep = true;
         else if (word == "--items")
             line.invocation.items = true;
-        else if (word == "--source")
+        else if (word == "--source" && line.isScript() && index + 1 < words.size())
+            line.invocation.scriptSource = words[++index];
+        else if (word == "--source" && !line.isScript())
             line.invocation.source = true;
         else if (word == "--help" || word == "-h")
             line.help = true;
@@ -191,8 +194,6 @@ CommandLine parse(std::span<char*> words)
             line.readSize(words[++index]);
         else if (word == "--url" && index + 1 < words.size())
             line.invocation.url = words[++index];
-        else if (word == "--source" && index + 1 < words.size())
-            line.invocation.source = words[++index];
         else
             line.mistake = "there is no option " + word;
     }
