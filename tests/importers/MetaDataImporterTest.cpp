@@ -25,6 +25,7 @@ TEST(MetaDataImporter, GivesTheMetadataOfABook)
 TEST(MetaDataImporter, GivesNothingForOtherFiles)
 {
     const TemporaryFolder folder;
+    setenv("CADDIS_ROOT", folder.path().c_str(), 1); // No importers are installed there.
     const LogCapture capture;
     MetaDataImporter importer;
     const String text = folder.write("a.txt", "text");
