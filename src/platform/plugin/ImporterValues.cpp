@@ -291,10 +291,14 @@ Dictionary attributesOfImport(FunctionRef<void(CaddisValue* attributes)> import)
     Import running { TextBudget, AttributeBudget,
         Clock::now() + std::chrono::duration_cast<Clock::duration>(seconds) };
     current = &running;
+    // A plug-in that gives up references that are not its own can't free the dictionary under us.
+    constexpr std::uint32_t HostReferences = 1 << 20;
     auto* const attributes = new CaddisValue(CADDIS_DICTIONARY);
+    attributes->references = HostReferences;
     import(attributes);
     current = nullptr;
     Dictionary result = dictionaryOf(*attributes, 0);
+    attributes->references = std::max(attributes->references, HostReferences) - HostReferences + 1;
     release(attributes);
     if (running.isTextFull)
         log(u"An importer gave more than %d bytes of text", TextBudget);
