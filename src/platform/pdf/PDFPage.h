@@ -31,7 +31,7 @@ public:
     /// the deadline, the text until there is the result.
     virtual std::optional<String> string(PDFDeadline deadline = {}) const;
 
-    /// The same text with the styles that it is set in; a good tenth slower.
+    /// The same text with the styles that it is set in; slower than `string`.
     virtual std::optional<PDFStyledText> styledString(PDFDeadline deadline = {}) const;
 
     /// The number printed on the page as the document defines it ("iv", "A-3"), else its place, counted
