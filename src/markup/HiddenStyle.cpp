@@ -3,6 +3,9 @@
 #include "markup/TagAttributes.h"
 #include "text/FastComparison.h"
 #include "text/NumericValues.h"
+#include "text/StringUtilities.h"
+
+#include <emmintrin.h>
 
 namespace caddis {
 
@@ -31,7 +34,31 @@ bool isFarOutside(std::u16string_view style, UpperAscii property)
 
 bool isTiny(int pixels) { return pixels < 0 || (pixels >= 1 && pixels <= 3); }
 
-} // namespace
+__m128i isLetter(__m128i units, char letter) { return _mm_cmpeq_epi16(units, _mm_set1_epi16(letter)); }
+
+// Nearly all tags have neither class "hidden" nor a style. Every "hidden" has the units "dd" in some case,
+// and every "STYLE" a "ty": a look at all pairs is much cheaper than two readings of the attributes.
+bool mayBeHidden(std::u16string_view tag)
+{
+    const auto pairs = [&](std::size_t at) {
+        const auto* units = reinterpret_cast<const __m128i*>(tag.data() + at);
+        const __m128i caseBit = _mm_set1_epi16(0x20);
+        const __m128i first = _mm_or_si128(_mm_loadu_si128(units), caseBit);
+        const __m128i second
+            = _mm_or_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(tag.data() + at + 1)), caseBit);
+        const __m128i both = _mm_or_si128(_mm_and_si128(isLetter(first, 'd'), isLetter(second, 'd')),
+            _mm_and_si128(isLetter(first, 't'), isLetter(second, 'y')));
+        return _mm_movemask_epi8(both) != 0;
+    };
+    constexpr std::size_t Examined = 9; // Eight pairs.
+    if (tag.size() < Examined)
+        return false;
+    for (std::size_t at = 0; at + Examined < tag.size(); at += Examined - 1) {
+        if (pairs(at))
+            return true;
+    }
+    return pairs(tag.size() - Examined);
+}
 
 bool isHiddenStyle(std::u16string_view tag)
 {
@@ -45,6 +72,16 @@ bool isHiddenStyle(std::u16string_view tag)
         return true;
     const auto size = getTagWidth(tag);
     return size && (isTiny(size->width) || isTiny(size->height));
+}
+
+} // namespace
+
+bool isHiddenTag(std::u16string_view tag)
+{
+    if (!mayBeHidden(tag))
+        return false;
+    const auto name = rangeOfNamedValue(tag, "CLASS", TagSyntax);
+    return (name && isEqualNoCase(unitsInRange(tag, *name), u"hidden")) || isHiddenStyle(tag);
 }
 
 bool isTinyFont(std::u16string_view tag)

@@ -19,9 +19,7 @@ void follow(std::uint64_t& hidden, const TagEvent& event)
         hidden += event.isStartTag();
         hidden -= event.isEndTag();
     } else if (event.isStartTag()) {
-        const std::u16string_view tag = event.units(event.tag);
-        const auto name = rangeOfNamedValue(tag, "CLASS", TagSyntax);
-        hidden = (name && isEqualNoCase(unitsInRange(tag, *name), u"hidden")) || isHiddenStyle(tag);
+        hidden = isHiddenTag(event.units(event.tag));
     }
 }
 

@@ -13,6 +13,7 @@ namespace {
 bool isWhite(char16_t unit) { return whiteCharacterSetRep().contains(unit); }
 
 constexpr std::size_t Step = 8;
+constexpr std::size_t LeastStep = 4;
 
 // All bits of the lanes that may need work: below the space (read as signed, units from U+8000 on are, too),
 // above ASCII, or refused.
@@ -31,28 +32,32 @@ unsigned bitsOf(__m128i low, __m128i high)
 }
 
 // Copies units up to the first that may need work, a special one or a space behind another one, and returns
-// their number; sixteen or eight at a time, and less than eight are left alone.
+// their number; sixteen, eight or four at a time, and less than four are left alone. Lanes that are not
+// filled look special, behind all that are.
 std::size_t copyPlain(std::u16string_view text, char16_t* out, bool afterWhite, char16_t refused)
 {
     std::size_t at = 0;
     unsigned blankBefore = afterWhite;
-    while (at + Step <= text.size()) {
-        const bool two = at + 2 * Step <= text.size();
+    while (at + LeastStep <= text.size()) {
+        const std::size_t left = text.size() - at;
+        const std::size_t units = left >= 2 * Step ? 2 * Step : left >= Step ? Step : LeastStep;
         const auto* source = reinterpret_cast<const __m128i*>(text.data() + at);
-        const __m128i low = _mm_loadu_si128(source);
-        const __m128i high = two ? _mm_loadu_si128(source + 1) : _mm_setzero_si128();
+        const __m128i low = units == LeastStep ? _mm_loadl_epi64(source) : _mm_loadu_si128(source);
+        const __m128i high = units == 2 * Step ? _mm_loadu_si128(source + 1) : _mm_setzero_si128();
         const unsigned blanks = bitsOf(blankLanes(low), blankLanes(high));
         const unsigned specials = bitsOf(specialLanes(low, refused), specialLanes(high, refused));
         const unsigned work = specials | (blanks & (blanks << 1 | blankBefore));
-        const std::size_t units = two ? 2 * Step : Step;
         const auto plain = static_cast<std::size_t>(std::countr_zero(work | 1U << (2 * Step)));
         if (plain < units) {
             std::copy_n(text.data() + at, plain, out + at);
             return at + plain;
         }
         auto* target = reinterpret_cast<__m128i*>(out + at);
-        _mm_storeu_si128(target, low);
-        if (two)
+        if (units == LeastStep)
+            _mm_storel_epi64(target, low);
+        else
+            _mm_storeu_si128(target, low);
+        if (units == 2 * Step)
             _mm_storeu_si128(target + 1, high);
         blankBefore = blanks >> (units - 1) & 1;
         at += units;
@@ -88,7 +93,7 @@ char16_t* copyCollapsed(std::u16string_view text, char16_t* out, Ampersands ampe
             if (text[at] == refused)
                 return nullptr;
             *out++ = text[at++];
-        } while (at < text.size() && !isWhite(text[at]) && (text[at] > 0x7F || text.size() - at < Step));
+        } while (at < text.size() && !isWhite(text[at]) && (text[at] > 0x7F || text.size() - at < LeastStep));
     }
     return out;
 }

@@ -85,6 +85,16 @@ TEST(Html2Text, LeavesOutWhatIsNotSeen)
     EXPECT_EQ(text(u"<div style='top:-2000px;width:90px'>a</div>"), "a\n\n");
 }
 
+TEST(Html2Text, SeesAHiddenElementWhereverItsAttributesStand)
+{
+    for (std::size_t before = 0; before < 20; ++before) {
+        const std::u16string start = u"a<span x" + repeated(before, u"_");
+        EXPECT_EQ(text(start + u" STyle=display:none>x</span>b"), "ab") << before;
+        EXPECT_EQ(text(start + u" class=HidDen>x</span>b"), "ab") << before;
+        EXPECT_EQ(text(start + u" class=type style=x>y</span>b"), "ayb") << before;
+    }
+}
+
 TEST(Html2Text, KeepsTheLinesOfPreformattedTextWhenAsked)
 {
     EXPECT_EQ(text(u"<pre>line one\nline two</pre>"), "line one line two");
