@@ -1,4 +1,5 @@
 #include "platform/image/ImageSource.h"
+#include "Seen.h"
 #include "platform/image/TIFF.h"
 
 #include "support/JPEGBuilder.h"
@@ -19,22 +20,6 @@ unsigned quarters(unsigned x, unsigned y)
 std::optional<ImageSource> source(const std::string& bytes)
 {
     return ImageSource::createWithData(Data::copyOf(bytes));
-}
-
-// Size, then a letter for each quarter's middle: top left, top right, bottom left, bottom right.
-std::string seen(const std::optional<Bitmap>& bitmap)
-{
-    if (!bitmap)
-        return "nil";
-    std::string text = std::to_string(bitmap->pixelsWide) + "x" + std::to_string(bitmap->pixelsHigh) + " ";
-    for (std::size_t quarter = 0; quarter < 4; ++quarter) {
-        const std::size_t x = bitmap->pixelsWide * (1 + quarter % 2 * 2) / 4;
-        const std::size_t y = bitmap->pixelsHigh * (1 + quarter / 2 * 2) / 4;
-        const std::uint8_t* pixel = bitmap->row(y) + x * 4;
-        const int bits = (pixel[0] > 127) * 4 + (pixel[1] > 127) * 2 + (pixel[2] > 127);
-        text += "kbgcrmyw"[bits];
-    }
-    return text;
 }
 
 std::string chunk(const std::string& type, const std::string& body)

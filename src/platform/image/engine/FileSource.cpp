@@ -1,9 +1,10 @@
 #include "platform/image/engine/FileSource.h"
 
 #include "platform/image/Fit.h"
-#include "platform/image/engine/Bytes.h"
 #include "platform/image/engine/Readers.h"
 #include "platform/image/engine/Shrinker.h"
+
+#include <algorithm>
 
 namespace caddis::image {
 
@@ -11,14 +12,27 @@ namespace {
 
 struct Format {
     const char16_t* type;
-    std::string_view signature; // At the file's start.
+    std::string_view signature; // At the file's start; "?" stands for any byte.
     OpenReader* open;
 };
 
 constexpr Format formats[] = {
     { u"public.jpeg", "\xFF\xD8\xFF", openJPEG },
     { u"public.png", "\x89PNG\r\n\x1A\n", openPNG },
+    { u"com.compuserve.gif", "GIF8?a", openGIF },
+    { u"public.tiff", std::string_view("II*\0", 4), openTIFF },
+    { u"public.tiff", std::string_view("MM\0*", 4), openTIFF },
+    { u"public.tiff", std::string_view("II+\0", 4), openTIFF },
+    { u"public.tiff", std::string_view("MM\0+", 4), openTIFF },
+    { u"org.webmproject.webp", "RIFF????WEBP", openWebP },
 };
+
+bool isAtStart(std::string_view signature, std::string_view bytes)
+{
+    return bytes.size() >= signature.size()
+        && std::equal(signature.begin(), signature.end(), bytes.begin(),
+            [](char wanted, char byte) { return wanted == '?' || wanted == byte; });
+}
 
 // Whatever a library throws, it is the file's fault: no answer.
 template <typename Work> std::invoke_result_t<Work&> answered(Work&& work)
@@ -49,7 +63,7 @@ const char16_t* nameOf(ColorModel model)
 FileSource* FileSource::open(const Data& data)
 {
     for (const Format& format : formats) {
-        if (!Bytes(data).isAt(0, format.signature))
+        if (!isAtStart(format.signature, data.chars()))
             continue;
         auto reader = answered([&] { return format.open(data); });
         return reader ? new FileSource(format.type, std::move(reader)) : nullptr;

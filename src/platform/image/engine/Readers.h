@@ -7,5 +7,8 @@ namespace caddis::image {
 
 OpenReader openJPEG;
 OpenReader openPNG;
+OpenReader openTIFF;
+OpenReader openWebP;
+OpenReader openGIF;
 
 } // namespace caddis::image
