@@ -1,6 +1,6 @@
 #include "service/RichTextRequests.h"
 
-#include "platform/richtext/DocumentReader.h"
+#include "platform/documents/DocumentReader.h"
 #include "platform/richtext/RTFD.h"
 
 namespace caddis {

@@ -1,6 +1,6 @@
 #include "facts/Facts.h"
 
-#include "platform/richtext/DocumentReader.h"
+#include "platform/documents/DocumentReader.h"
 #include "platform/richtext/FileWrapper.h"
 
 #include <vector>

@@ -1,4 +1,4 @@
-#include "platform/richtext/DocumentReader.h"
+#include "platform/documents/DocumentReader.h"
 
 #include "support/TemporaryFolder.h"
 #include "support/Text.h"

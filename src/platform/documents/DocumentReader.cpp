@@ -1,4 +1,4 @@
-#include "platform/richtext/DocumentReader.h"
+#include "platform/documents/DocumentReader.h"
 
 #include "platform/files/FileSystem.h"
 #include "platform/files/MappedFile.h"
