@@ -1,7 +1,7 @@
 #include "bundles/support/Importer.h"
+#include "bundles/support/PageText.h"
 #include "bundles/support/TextSink.h"
 #include "bundles/support/Utf8.h"
-#include "markup/Html2Text.h"
 
 #include <array>
 #include <cstdlib>
@@ -112,9 +112,7 @@ private:
         const std::string_view view = viewOf(text.get()).substr(0, MaximumPart);
         m_text.endLine();
         if (g_mime_content_type_is_type(g_mime_object_get_content_type(GMIME_OBJECT(part)), "text", "html"))
-            m_text.append(stringByConvertingHtml2PlainTextNonUmlauted(
-                String::fromUtf8(view), false, { .reformat = true, .onlyBody = true })
-                              .text.view());
+            m_text.append(plainTextOfPage(String::fromUtf8(view)).view());
         else
             m_text.append(view);
         m_text.endLine();

@@ -1,25 +1,20 @@
 #include "bundles/Web/MhtmlFile.h"
 #include "bundles/support/Importer.h"
 #include "bundles/support/InputFile.h"
+#include "bundles/support/PageText.h"
 #include "bundles/support/Properties.h"
 #include "bundles/support/TextSink.h"
 #include "bundles/support/Utf8.h"
 #include "markup/Entities.h"
 #include "markup/Feed.h"
-#include "markup/Html2Text.h"
 #include "markup/HtmlMetadata.h"
 #include "markup/MarkupData.h"
 #include "markup/TagStripping.h"
+#include "markup/WebArchiveText.h"
 
 namespace caddis::bundles {
 
 namespace {
-
-String plainText(const String& html)
-{
-    return stringByConvertingHtml2PlainTextNonUmlauted(html, false, { .reformat = true, .onlyBody = true })
-        .text;
-}
 
 std::string withoutEntities(const std::optional<String>& text)
 {
@@ -42,7 +37,7 @@ void setPage(const String& html, Attributes& attributes)
 void readPage(const String& html, Attributes& attributes)
 {
     setPage(html, attributes);
-    TextSink(attributes).append(plainText(html).view());
+    TextSink(attributes).append(plainTextOfPage(html).view());
 }
 
 void readFeed(const String& text, Attributes& attributes)
@@ -57,7 +52,7 @@ void readFeed(const String& text, Attributes& attributes)
             = [&](std::u16string_view key) { return item->stringForKey(key).value_or(String()); };
         sink.appendLine(withoutEntities(field(u"title")));
         const String content = field(u"content");
-        sink.append(plainText(content.isEmpty() ? field(u"description") : content).view());
+        sink.append(plainTextOfPage(content.isEmpty() ? field(u"description") : content).view());
         sink.endLine();
     }
 }
@@ -85,7 +80,21 @@ bool readSavedPage(std::string_view file, const std::string& path, Attributes& a
     if (endsWithNoCase(path, ".mht"))
         TextSink(attributes).append(html.view());
     else
-        TextSink(attributes).append(plainText(html).view());
+        TextSink(attributes).append(plainTextOfPage(html).view());
+    return true;
+}
+
+// The page's own properties, and the text of the frames too.
+bool readWebArchive(const std::string& path, Attributes& attributes)
+{
+    const ArchiveText archive = searchableTextOfFile(String::fromUtf8(path));
+    if (!archive.text)
+        return false;
+    if (archive.source)
+        setPage(*archive.source, attributes);
+    if (archive.baseURL)
+        attributes.setString("kMDItemIdentifier", archive.baseURL->absoluteString());
+    TextSink(attributes).append(archive.text->view());
     return true;
 }
 
@@ -93,6 +102,8 @@ bool readSavedPage(std::string_view file, const std::string& path, Attributes& a
 
 bool importFile(Attributes& attributes, std::string_view contentType, const std::string& path)
 {
+    if (contentType == "com.apple.webarchive")
+        return readWebArchive(path, attributes);
     const auto bytes = readFile(path);
     if (!bytes)
         return false;

@@ -24,6 +24,21 @@ struct XmlReader::Context {
         return text ? reinterpret_cast<const char*>(text) : std::string_view();
     }
 
+    // As entities are not replaced, the library leaves each "&" of a value written as "&#38;".
+    std::string_view repaired(std::string_view value)
+    {
+        constexpr std::string_view Ampersand = "&#38;";
+        if (value.find(Ampersand) == value.npos)
+            return value;
+        std::string& text = tag.m_repaired.emplace_back();
+        for (auto end = value.find(Ampersand); end != value.npos; end = value.find(Ampersand)) {
+            text.append(value.substr(0, end)).append("&");
+            value.remove_prefix(end + Ampersand.size());
+        }
+        text.append(value);
+        return text;
+    }
+
     static void start(void* context, const xmlChar* name, const xmlChar*, const xmlChar*, int,
         const xmlChar**, int count, int, const xmlChar** fields);
     static void end(void* context, const xmlChar* name, const xmlChar*, const xmlChar*);
@@ -44,12 +59,13 @@ void XmlReader::Context::start(void* context, const xmlChar* name, const xmlChar
 {
     auto& self = *static_cast<Context*>(context);
     self.tag.m_attributes.clear();
+    self.tag.m_repaired.clear();
     // Five fields an attribute: name, prefix, namespace, begin and end of the value.
     for (int i = 0; i < count; ++i, fields += 5) {
         const auto* begin = reinterpret_cast<const char*>(fields[3]);
         const auto* end = reinterpret_cast<const char*>(fields[4]);
-        self.tag.m_attributes.push_back(
-            { view(fields[1]), view(fields[0]), { begin, static_cast<std::size_t>(end - begin) } });
+        self.tag.m_attributes.push_back({ view(fields[1]), view(fields[0]),
+            self.repaired({ begin, static_cast<std::size_t>(end - begin) }) });
     }
     self.handler.startElement(view(name), self.tag);
     self.check();

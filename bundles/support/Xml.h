@@ -2,7 +2,9 @@
 
 #include "bundles/support/Attributes.h"
 
+#include <deque>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -24,6 +26,7 @@ public:
 private:
     friend class XmlReader;
     std::vector<Attribute> m_attributes;
+    std::deque<std::string> m_repaired; ///< values that had to be changed
 };
 
 /// Names come without their prefixes: office documents choose these as they like.
