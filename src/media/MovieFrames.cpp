@@ -30,7 +30,7 @@ Size movieSize(const Asset& asset)
     return tracks.empty() ? Size() : tracks.front().naturalSize;
 }
 
-std::optional<MovieFrame> frameImageAtTime(const Asset& asset, Time time)
+std::optional<Bitmap> frameImageAtTime(const Asset& asset, Time time)
 {
     return asset.copyImageAtTime(time);
 }
@@ -39,7 +39,7 @@ std::optional<MovieFrame> frameImageAtTime(const Asset& asset, Time time)
 
 inline namespace OstraAVPlayerItemVideoOutputExtensions {
 
-std::optional<MovieFrame> frameImageAtTime(const PlayerItemVideoOutput& output, Time time)
+std::optional<Bitmap> frameImageAtTime(const PlayerItemVideoOutput& output, Time time)
 {
     return output.copyPixelBufferForItemTime(time);
 }
@@ -48,19 +48,19 @@ std::optional<MovieFrame> frameImageAtTime(const PlayerItemVideoOutput& output, 
 
 inline namespace OstraAVPlayerItemExtensions {
 
-std::optional<MovieFrame> thumbnailImage(const PlayerItem& item)
+std::optional<Bitmap> thumbnailImage(const PlayerItem& item)
 {
     const double middle = std::clamp(movieDuration(item.asset()) * 0.5, 0.0, LatestPoster);
     auto image = frameImageAtTime(item, Time::withSeconds(std::floor(middle), 1));
     return image ? image : currentFrameImage(item);
 }
 
-std::optional<MovieFrame> currentFrameImage(const PlayerItem& item)
+std::optional<Bitmap> currentFrameImage(const PlayerItem& item)
 {
     return frameImageAtTime(item, item.currentTime());
 }
 
-std::optional<MovieFrame> frameImageAtTime(const PlayerItem& item, Time time)
+std::optional<Bitmap> frameImageAtTime(const PlayerItem& item, Time time)
 {
     if (!item.outputs().empty()) {
         if (auto image = frameImageAtTime(item.outputs().front(), time))
@@ -104,17 +104,17 @@ std::optional<MovieDimensions> getSizeAndDurationAtPath(const String& path)
 
 inline namespace OstraAVPlayerExtensions {
 
-std::optional<MovieFrame> thumbnailImage(const Player& player)
+std::optional<Bitmap> thumbnailImage(const Player& player)
 {
     return player.currentItem() ? thumbnailImage(*player.currentItem()) : std::nullopt;
 }
 
-std::optional<MovieFrame> currentFrameImage(const Player& player)
+std::optional<Bitmap> currentFrameImage(const Player& player)
 {
     return player.currentItem() ? currentFrameImage(*player.currentItem()) : std::nullopt;
 }
 
-std::optional<MovieFrame> frameImageAtTime(const Player& player, Time time)
+std::optional<Bitmap> frameImageAtTime(const Player& player, Time time)
 {
     return player.currentItem() ? frameImageAtTime(*player.currentItem(), time) : std::nullopt;
 }

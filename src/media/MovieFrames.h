@@ -14,19 +14,19 @@ double movieDuration(const Asset& asset);
 Size movieSize(const Asset& asset);
 /// The exact frame at the time. It takes as long as decoding from the key frame before it takes, within the
 /// asset's patience.
-std::optional<MovieFrame> frameImageAtTime(const Asset& asset, Time time);
+std::optional<Bitmap> frameImageAtTime(const Asset& asset, Time time);
 
 } // namespace OstraAVAssetExtensions
 
 inline namespace OstraAVPlayerItemVideoOutputExtensions {
 
-std::optional<MovieFrame> frameImageAtTime(const PlayerItemVideoOutput& output, Time time);
+std::optional<Bitmap> frameImageAtTime(const PlayerItemVideoOutput& output, Time time);
 
 } // namespace OstraAVPlayerItemVideoOutputExtensions
 
 /// A movie's picture and what is told with it. All of it is empty when the file can't be read.
 struct MovieThumbnail {
-    std::optional<MovieFrame> image;
+    std::optional<Bitmap> image;
     Size size;
     double duration = 0; ///< seconds
     std::optional<String> lyrics;
@@ -42,10 +42,10 @@ inline namespace OstraAVPlayerItemExtensions {
 
 /// The poster frame: that at half the duration, rounded down to whole seconds and never later than 15 s;
 /// failing that, the current one.
-std::optional<MovieFrame> thumbnailImage(const PlayerItem& item);
-std::optional<MovieFrame> currentFrameImage(const PlayerItem& item);
+std::optional<Bitmap> thumbnailImage(const PlayerItem& item);
+std::optional<Bitmap> currentFrameImage(const PlayerItem& item);
 /// From the item's first video output, failing that from its asset.
-std::optional<MovieFrame> frameImageAtTime(const PlayerItem& item, Time time);
+std::optional<Bitmap> frameImageAtTime(const PlayerItem& item, Time time);
 void addVideoOutputWithPixelFormatType(PlayerItem& item, PixelFormatType type);
 
 /// The poster frame of a movie file. What was obtained before an exception (logged) is returned.
@@ -58,9 +58,9 @@ std::optional<MovieDimensions> getSizeAndDurationAtPath(const String& path);
 inline namespace OstraAVPlayerExtensions {
 
 // Each is that of the current item; nothing, or 0, without one.
-std::optional<MovieFrame> thumbnailImage(const Player& player);
-std::optional<MovieFrame> currentFrameImage(const Player& player);
-std::optional<MovieFrame> frameImageAtTime(const Player& player, Time time);
+std::optional<Bitmap> thumbnailImage(const Player& player);
+std::optional<Bitmap> currentFrameImage(const Player& player);
+std::optional<Bitmap> frameImageAtTime(const Player& player, Time time);
 bool isPlaying(const Player& player);
 /// Seconds.
 double movieTime(const Player& player);

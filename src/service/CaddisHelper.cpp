@@ -4,7 +4,7 @@
 #include "service/FileArgument.h"
 #include "service/MovieRequests.h"
 #include "service/PDFRequests.h"
-#include "service/PreviewRequests.h"
+#include "service/PictureRequests.h"
 #include "service/RichTextRequests.h"
 #include "service/ScriptCache.h"
 #include "service/ScriptParameter.h"
@@ -27,6 +27,17 @@ std::optional<Data> CaddisHelper::PDFImageRepOfFile(const File& file)
     const FileArgument argument(file);
     try {
         return caddis::PDFImageRepOfFile(argument.path());
+    } catch (const Exception&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<Dictionary> CaddisHelper::imageWithContentsOfFile(
+    const File& file, const ThumbnailRequest& request)
+{
+    const FileArgument argument(file);
+    try {
+        return caddis::imageWithContentsOfFile(argument.path(), request);
     } catch (const Exception&) {
         return std::nullopt;
     }

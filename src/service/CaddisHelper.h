@@ -2,6 +2,7 @@
 
 #include "importers/MetaDataImporter.h"
 #include "platform/base/Value.h"
+#include "service/PictureRequests.h"
 
 #include <mutex>
 #include <optional>
@@ -29,6 +30,8 @@ public:
 
     /// The picture in a PDF or PostScript file as PDF data.
     std::optional<Data> PDFImageRepOfFile(const File& file);
+    /// A thumbnail and what is known of the picture: see PictureRequests.h.
+    std::optional<Dictionary> imageWithContentsOfFile(const File& file, const ThumbnailRequest& request);
     /// What a movie or sound file says of itself: see posterImageForMovie.
     Dictionary posterImageForMovieWithFile(const File& file);
     /// The text of PDF data: see _attributedStringWithPDF. Nil for what is no PDF data.

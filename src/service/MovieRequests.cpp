@@ -2,6 +2,7 @@
 
 #include "media/MovieFileTypes.h"
 #include "media/MovieFrames.h"
+#include "platform/image/TIFF.h"
 #include "service/FileArgument.h"
 
 namespace caddis {
@@ -28,9 +29,12 @@ Dictionary dictionaryOf(const std::vector<MetadataItem>& items)
 Dictionary posterImageForMovie(FileArgument file)
 {
     const MovieThumbnail movie = movieOf(std::move(file));
-    // FIXME: "Thumbnail", the poster frame as TIFF, follows "Size" as soon as pictures can be written.
     Dictionary reply { { u"Duration"_s, Value(static_cast<float>(movie.duration)) },
         { u"Size"_s, Value(stringFromSize(movie.size)) } };
+    if (movie.image) {
+        const auto tiff = TIFFRepresentation(*movie.image, movie.image->size(), TIFFCompression::LZW);
+        reply.set(u"Thumbnail"_s, std::optional<Value>(tiff));
+    }
     if (movie.lyrics)
         reply.set(u"Lyrics"_s, Value(*movie.lyrics));
     if (movie.commonMetadata)

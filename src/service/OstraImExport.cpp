@@ -15,6 +15,18 @@ using Result = std::optional<Value>;
 // What an operation gives that is not built yet: the failure that its callers have to expect in any case.
 Result fails(const Arguments&) { return std::nullopt; }
 
+bool isTrue(const Result& argument)
+{
+    const bool* const flag = argument ? argument->as<bool>() : nullptr;
+    return flag && *flag;
+}
+
+std::int64_t integer(const Result& argument)
+{
+    const auto* const number = argument ? argument->as<std::int64_t>() : nullptr;
+    return number ? *number : 0;
+}
+
 // Kept on purpose: some callers send this to any object at hand; it is logged and does nothing.
 Result setImage(const Arguments&)
 {
@@ -33,12 +45,18 @@ RemoteObject ostraImExport(CaddisHelper& helper)
     };
     const auto pdfImageRep
         = [&](const Arguments& arguments) -> Result { return helper.PDFImageRepOfFile(arguments[0]); };
+    const auto image = [&](const Arguments& arguments) -> Result {
+        return helper.imageWithContentsOfFile(arguments[0],
+            { .maxThumbnailSize = integer(arguments[1]),
+                .alwaysFromImage = isTrue(arguments[2]),
+                .stringFromPDF = isTrue(arguments[3]),
+                .canUseSpotlight = isTrue(arguments[4]) });
+    };
     const auto posterImage = [&](const Arguments& arguments) -> Result {
         return helper.posterImageForMovieWithFile(arguments[0]);
     };
     const auto attributedStringWithPDF = [&](const Arguments& arguments) -> Result {
-        const bool* const attributed = arguments[0] ? arguments[0]->as<bool>() : nullptr;
-        return helper.attributedStringWithPDF(attributed && *attributed, arguments[1]);
+        return helper.attributedStringWithPDF(isTrue(arguments[0]), arguments[1]);
     };
     const auto attributedStringWithContentsOfFile = [&](const Arguments& arguments) -> Result {
         return helper.attributedStringWithContentsOfFile(arguments[0]);
@@ -70,7 +88,7 @@ RemoteObject ostraImExport(CaddisHelper& helper)
             { "Terminate", "", "", terminate },
             { "Ping", "", "", ping },
             { "PDFImageRepOfFile", "v", "av", pdfImageRep },
-            { "ImageWithContentsOfFile", "vxbbb", "aa{sv}", fails },
+            { "ImageWithContentsOfFile", "vxbbb", "aa{sv}", image },
             { "PreviewForFile", "vxb", "av", fails },
             { "AttributedStringWithPDF", "bv", "aa{sv}", attributedStringWithPDF },
             { "PosterImageForMovieWithFile", "v", "a{sv}", posterImage },

@@ -19,7 +19,7 @@ template <typename... Arguments> String printed(const char* pattern, Arguments..
 }
 
 // "R,G,B" of a part of the picture, sides as fractions of it.
-String meanOf(const MovieFrame& frame, double left, double top, double part)
+String meanOf(const Bitmap& frame, double left, double top, double part)
 {
     const auto column = [&](double x) { return static_cast<std::size_t>(x * frame.pixelsWide); };
     const auto row = [&](double y) { return static_cast<std::size_t>(y * frame.pixelsHigh); };
@@ -35,7 +35,7 @@ String meanOf(const MovieFrame& frame, double left, double top, double part)
     return printed("%.0f,%.0f,%.0f", sums[0] / count, sums[1] / count, sums[2] / count);
 }
 
-String quadrantsOf(const MovieFrame& frame)
+String quadrantsOf(const Bitmap& frame)
 {
     std::string text;
     for (const double top : { 0.0, 0.5 }) {

@@ -1,14 +1,13 @@
 #include "service/CaddisHelper.h"
 
 #include "support/MovieClip.h"
-#include "support/PDFBuilder.h"
 #include "support/PrivateRuntimeDirectory.h"
 #include "support/Text.h"
 
 namespace caddis {
 namespace {
 
-TEST(MovieRequests, AMovieSaysItsDurationSizeAndTags)
+TEST(MovieRequests, AMovieShowsItsPosterAndSaysItsDurationSizeAndTags)
 {
     const TemporaryFolder folder;
     const String clip
@@ -17,6 +16,9 @@ TEST(MovieRequests, AMovieSaysItsDurationSizeAndTags)
     ASSERT_NE(reply.find(u"Duration"), nullptr);
     EXPECT_FLOAT_EQ(*reply.find(u"Duration")->as<float>(), 2);
     EXPECT_EQ(reply.stringForKey(u"Size"), u"{160, 96}"_s);
+    const auto* const poster = reply.find(u"Thumbnail")->as<Data>();
+    ASSERT_NE(poster, nullptr);
+    EXPECT_TRUE(poster->chars().starts_with("II*"));
     EXPECT_EQ(reply.stringForKey(u"Lyrics"), u"words"_s);
     EXPECT_EQ(reply.find(u"Metadata")->as<Dictionary>()->stringForKey(u"title"), u"Clip"_s);
 }
@@ -48,21 +50,6 @@ TEST(MovieCommands, PrintWhatTheHelperKnowsOfMoviesAndPictures)
     const std::string tone = folder.path("tone.wav").utf8();
     EXPECT_EQ(run("ffmpeg -v error -f lavfi -i sine=d=1 " + tone).status, 0);
     EXPECT_EQ(run(CADDIS_TOOL " movie " + tone).status, 0) << "sound has no size";
-}
-
-TEST(PreviewRequests, PDFAndPostScriptFilesHaveAPDFRepresentation)
-{
-    const TemporaryFolder folder;
-    CaddisHelper helper;
-    const std::string program
-        = "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 30 40\n0 0 9 9 rectfill showpage\n";
-    const auto converted = helper.PDFImageRepOfFile(Value(folder.write("a.eps", program)));
-    ASSERT_TRUE(converted);
-    const String pdf = folder.write("a.pdf", converted->chars());
-    EXPECT_EQ(helper.PDFImageRepOfFile(Value(pdf)), converted) << "the file's own bytes";
-    EXPECT_FALSE(helper.PDFImageRepOfFile(Value(folder.write("a.png", "\x89PNG"))));
-    EXPECT_FALSE(helper.PDFImageRepOfFile(Value(folder.write("b.pdf", PDFBuilder().data().chars()))));
-    EXPECT_FALSE(helper.PDFImageRepOfFile(std::nullopt));
 }
 
 } // namespace

@@ -45,7 +45,7 @@ std::vector<VideoTrack> Asset::videoTracks() const
     return size ? std::vector<VideoTrack> { { *size } } : std::vector<VideoTrack>();
 }
 
-std::optional<MovieFrame> Asset::copyImageAtTime(Time time) const
+std::optional<Bitmap> Asset::copyImageAtTime(Time time) const
 {
     return m_reader && time.isValid ? m_reader->frame(time) : std::nullopt;
 }

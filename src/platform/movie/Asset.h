@@ -38,7 +38,7 @@ public:
     /// The very frame that is shown at `time`: the last one that begins at or before it; before the first
     /// frame, the first. Nil: no video track, or nothing could be decoded within 9 seconds (counted over all
     /// calls since the last that gave a frame, opening the file included).
-    std::optional<MovieFrame> copyImageAtTime(Time time) const;
+    std::optional<Bitmap> copyImageAtTime(Time time) const;
 
     std::optional<String> lyrics() const;
     /// Texts, but "artwork" is the bytes of an image file.

@@ -18,7 +18,7 @@ public:
     virtual Time duration() const = 0;
     /// Of the first video track; nil without one. A cover picture is no video track.
     virtual std::optional<Size> naturalSize() const = 0;
-    virtual std::optional<MovieFrame> frame(Time time) = 0;
+    virtual std::optional<Bitmap> frame(Time time) = 0;
     virtual std::optional<String> lyrics() const = 0;
     virtual std::vector<MetadataItem> commonMetadata() const = 0;
 };

@@ -1,11 +1,12 @@
 #pragma once
 
-#include "platform/base/Geometry.h"
 #include "platform/base/Value.h"
+#include "platform/image/Bitmap.h"
 
 #include <cstdint>
 
-/// What movies answer with. Sizes are pixels of the picture as it is shown, without rotation.
+/// What movies answer with. Sizes are pixels of the picture as it is shown, without rotation; frames are
+/// bitmaps.
 namespace caddis {
 
 /// A moment or a span as value / timescale seconds.
@@ -22,14 +23,6 @@ struct Time {
     double seconds() const;
 
     friend constexpr bool operator==(const Time&, const Time&) = default;
-};
-
-/// One picture: rows from the top, 4 bytes a pixel: red, green, blue, alpha (not premultiplied).
-struct MovieFrame {
-    std::uint32_t pixelsWide = 0;
-    std::uint32_t pixelsHigh = 0;
-    bool hasAlpha = false;
-    Data pixels;
 };
 
 /// One thing that a file says of itself, under the name that all containers share: "title", "artist",

@@ -21,7 +21,7 @@ constexpr std::array<PixelFormatType, 8> shownFormats { 32, code("BGRA"), code("
 
 } // namespace
 
-std::optional<MovieFrame> PlayerItemVideoOutput::copyPixelBufferForItemTime(Time time) const
+std::optional<Bitmap> PlayerItemVideoOutput::copyPixelBufferForItemTime(Time time) const
 {
     if (std::find(shownFormats.begin(), shownFormats.end(), m_pixelFormatType) == shownFormats.end())
         return std::nullopt;

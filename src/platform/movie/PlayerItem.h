@@ -7,7 +7,7 @@ namespace caddis {
 /// A four-character code of a pixel layout: 'BGRA', '420v' …
 using PixelFormatType = std::uint32_t;
 
-/// Hands out an item's frames for further use. Frames come in the one layout of MovieFrame whatever was asked
+/// Hands out an item's frames for further use. Frames come in the one layout of Bitmap whatever was asked
 /// for; an output of a layout that no frame can be shown from has none.
 class PlayerItemVideoOutput {
 public:
@@ -18,7 +18,7 @@ public:
     }
 
     PixelFormatType pixelFormatType() const { return m_pixelFormatType; }
-    std::optional<MovieFrame> copyPixelBufferForItemTime(Time time) const;
+    std::optional<Bitmap> copyPixelBufferForItemTime(Time time) const;
 
 private:
     std::shared_ptr<const Asset> m_asset;

@@ -47,6 +47,15 @@ ScalerPointer scalerFor(const AVFrame& frame, int width)
     return scaler;
 }
 
+// The converters keep colours apart from alpha.
+void multiplyByAlpha(std::uint8_t* pixels, std::size_t bytes)
+{
+    for (std::uint8_t* pixel = pixels; pixel < pixels + bytes; pixel += BytesPerPixel) {
+        for (std::size_t component = 0; component < 3; ++component)
+            pixel[component] = static_cast<std::uint8_t>((pixel[component] * pixel[3] + 127) / 255);
+    }
+}
+
 } // namespace
 
 Size shownSize(int width, int height, AVRational sampleAspectRatio)
@@ -55,7 +64,7 @@ Size shownSize(int width, int height, AVRational sampleAspectRatio)
     return { isKnown ? std::round(width * av_q2d(sampleAspectRatio)) : width, double(height) };
 }
 
-std::optional<MovieFrame> pictureOf(const AVFrame& frame, AVRational sampleAspectRatio)
+std::optional<Bitmap> pictureOf(const AVFrame& frame, AVRational sampleAspectRatio)
 {
     const Size size = shownSize(frame.width, frame.height, sampleAspectRatio);
     const auto* const layout = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(frame.format));
@@ -67,12 +76,15 @@ std::optional<MovieFrame> pictureOf(const AVFrame& frame, AVRational sampleAspec
     auto* const pixels = scaler ? static_cast<std::uint8_t*>(std::malloc(bytes + Overrun)) : nullptr;
     if (!pixels)
         return std::nullopt;
-    MovieFrame result { static_cast<std::uint32_t>(size.width), static_cast<std::uint32_t>(frame.height),
+    Bitmap result { static_cast<std::uint32_t>(size.width), static_cast<std::uint32_t>(frame.height),
         (layout->flags & AV_PIX_FMT_FLAG_ALPHA) != 0, Data::adoptMalloc(pixels, bytes) };
     std::uint8_t* const planes[] = { pixels, nullptr, nullptr, nullptr };
     const int strides[] = { static_cast<int>(rowBytes), 0, 0, 0 };
-    const int rows = sws_scale(scaler.get(), frame.data, frame.linesize, 0, frame.height, planes, strides);
-    return rows == frame.height ? std::optional(std::move(result)) : std::nullopt;
+    if (sws_scale(scaler.get(), frame.data, frame.linesize, 0, frame.height, planes, strides) != frame.height)
+        return std::nullopt;
+    if (result.hasAlpha)
+        multiplyByAlpha(pixels, bytes);
+    return result;
 }
 
 } // namespace caddis::movie

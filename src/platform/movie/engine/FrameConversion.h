@@ -15,6 +15,6 @@ Size shownSize(int width, int height, AVRational sampleAspectRatio);
 
 /// The decoded picture in the colours that its stream says, or those usual for its size. Nil: it is too large
 /// or can't be converted.
-std::optional<MovieFrame> pictureOf(const AVFrame& frame, AVRational sampleAspectRatio);
+std::optional<Bitmap> pictureOf(const AVFrame& frame, AVRational sampleAspectRatio);
 
 } // namespace caddis::movie

@@ -115,7 +115,7 @@ std::optional<Size> MovieReader::naturalSize() const
         av_guess_sample_aspect_ratio(m_format.get(), m_video, nullptr));
 }
 
-std::optional<MovieFrame> MovieReader::frame(Time time)
+std::optional<Bitmap> MovieReader::frame(Time time)
 {
     if (!m_search)
         return std::nullopt;

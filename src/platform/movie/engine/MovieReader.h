@@ -12,7 +12,7 @@ public:
 
     Time duration() const override;
     std::optional<Size> naturalSize() const override;
-    std::optional<MovieFrame> frame(Time time) override;
+    std::optional<Bitmap> frame(Time time) override;
     std::optional<String> lyrics() const override;
     std::vector<MetadataItem> commonMetadata() const override;
 

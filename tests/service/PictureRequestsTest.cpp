@@ -1,0 +1,184 @@
+// The replies, key by key and in order, as the running helper gives them.
+
+#include "client/HelperProxy.h"
+#include "client/HelperTask.h"
+#include "client/OstraImExport.h"
+#include "platform/files/FileSystem.h"
+#include "support/JPEGBuilder.h"
+#include "support/PDFBuilder.h"
+#include "support/PrivateRuntimeDirectory.h"
+#include "support/TemporaryFolder.h"
+#include "support/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace caddis {
+namespace {
+
+const std::string drawing = "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 30 40\n0 0 9 9 rectfill showpage\n";
+
+std::string greyPhotograph(unsigned wide, unsigned high, const JPEGOptions& options = {})
+{
+    return jpegFile(
+        wide, high, [](unsigned, unsigned) { return 0x808080U; }, options);
+}
+
+class PictureRequests : public testing::Test {
+protected:
+    PictureRequests()
+        : m_task(HelperTask::initWithPath(String::fromLatin1(CADDIS_HELPER_PROGRAM),
+            String(HelperServiceName), &OstraImExport, 15, QualityOfService::Default))
+    {
+    }
+
+    HelperProxy helper() { return HelperProxy(*m_task->proxy()); }
+
+    /// The reply as "Key value, Key value"; thumbnails by their kind and the size in their header.
+    std::string reply(const String& path, const ImageRequest& request)
+    {
+        const auto reply = helper().imageWithContentsOfFile(path, request);
+        std::string text = reply ? "" : "nil";
+        for (const auto& [key, value] : reply ? *reply : Dictionary())
+            text += (text.empty() ? "" : ", ") + key.utf8() + ' ' + shown(value);
+        return text;
+    }
+
+    TemporaryFolder m_folder;
+
+private:
+    static std::string shown(const Value& value)
+    {
+        if (const auto* const text = value.as<String>())
+            return text->utf8();
+        if (const auto* const flag = value.as<bool>())
+            return *flag ? "yes" : "no";
+        if (const auto* const number = value.as<std::int64_t>())
+            return std::to_string(*number);
+        const auto* const data = value.as<Data>();
+        return data ? "<" + shownPicture(*data) + ">" : "{}";
+    }
+
+    // "TIFF 20x50": the first directory's entries 256 and 257 are the sides (TIFF 6.0).
+    static std::string shownPicture(const Data& tiff)
+    {
+        const std::string_view bytes = tiff.chars();
+        if (!bytes.starts_with("II*"))
+            return "no TIFF";
+        const auto number = [&](std::size_t place, std::size_t length) {
+            std::size_t value = 0;
+            for (std::size_t i = length; i-- > 0;)
+                value = value << 8 | static_cast<std::uint8_t>(bytes.at(place + i));
+            return value;
+        };
+        const std::size_t directory = number(4, 4);
+        const auto side = [&](std::size_t tag) {
+            for (std::size_t entry = directory + 2; entry < directory + 2 + number(directory, 2) * 12;
+                 entry += 12)
+                if (number(entry, 2) == tag)
+                    return std::to_string(number(entry + 8, number(entry + 2, 2) == 3 ? 2 : 4));
+            return std::string("?");
+        };
+        return "TIFF " + side(256) + "x" + side(257);
+    }
+
+    PrivateRuntimeDirectory m_directory;
+    std::unique_ptr<HelperTask> m_task;
+};
+
+TEST_F(PictureRequests, APhotographTakesTheFastRouteUnlessItsTextIsWanted)
+{
+    const String path = m_folder.write("a.jpg", greyPhotograph(100, 40, { .orientation = 6 }));
+    EXPECT_EQ(reply(path, { .maxThumbnailSize = 50 }), "Properties {}, Thumbnail <TIFF 20x50>");
+    EXPECT_EQ(*helper()
+                   .imageWithContentsOfFile(path, { .maxThumbnailSize = 50 })
+                   ->find(u"Properties")
+                   ->as<Dictionary>()
+                   ->find(u"PixelWidth"),
+        Value(100));
+    EXPECT_EQ(reply(path, { .maxThumbnailSize = 50, .stringFromPDF = true }),
+        "Size {40, 100}, PixelSize {40, 100}, Alpha no, Thumbnail <TIFF 20x50>");
+    EXPECT_EQ(reply(path, { .maxThumbnailSize = 500 }), "Properties {}, Thumbnail <TIFF 40x100>")
+        << "never enlarged";
+}
+
+TEST_F(PictureRequests, TheSmallPictureThatAFileCarriesIsTakenUnlessForbidden)
+{
+    const String path = m_folder.write(
+        "a.jpg", greyPhotograph(400, 200, { .orientation = 1, .thumbnail = greyPhotograph(40, 20) }));
+    EXPECT_EQ(reply(path, { .maxThumbnailSize = 100 }), "Properties {}, Thumbnail <TIFF 40x20>");
+    EXPECT_EQ(reply(path, { .maxThumbnailSize = 100, .alwaysFromImage = true }),
+        "Properties {}, Thumbnail <TIFF 100x50>");
+}
+
+TEST_F(PictureRequests, APDFHasSizesAThumbnailAndOnRequestItsText)
+{
+    PDFBuilder pdf;
+    pdf.info("/Title (Notes)");
+    pdf.page("BT /F1 12 Tf 20 700 Td (Hello) Tj ET", "/MediaBox [0 0 200 800]");
+    pdf.page("");
+    const String path = m_folder.write("a.pdf", pdf.bytes());
+    EXPECT_EQ(reply(path, { .maxThumbnailSize = 400 }),
+        "Size {200, 800}, PixelSize {200, 800}, Alpha yes, Thumbnail <TIFF 100x400>");
+    EXPECT_EQ(reply(path, { .maxThumbnailSize = 100 }),
+        "Size {200, 800}, PixelSize {200, 800}, Alpha yes, Thumbnail <TIFF 100x100>")
+        << "the top square of a tall page";
+    EXPECT_EQ(reply(path, { .maxThumbnailSize = 400, .stringFromPDF = true, .canUseSpotlight = true }),
+        "Size {200, 800}, PixelSize {200, 800}, Alpha yes, Thumbnail <TIFF 100x400>, String Hello\n, "
+        "PageCount 2, Title Notes");
+}
+
+TEST_F(PictureRequests, APDFThatCanNotBeDrawnStillHasItsText)
+{
+    const String path = m_folder.write("empty.pdf", PDFBuilder().bytes());
+    EXPECT_EQ(reply(path, { .maxThumbnailSize = 64, .stringFromPDF = true }), "PageCount 0");
+    EXPECT_EQ(reply(path, { .maxThumbnailSize = 64 }), "nil");
+    const String other = m_folder.write("empty.bin", PDFBuilder().bytes());
+    EXPECT_EQ(reply(other, { .maxThumbnailSize = 64, .stringFromPDF = true }), "nil") << "not by its name";
+}
+
+TEST_F(PictureRequests, PostScriptIsShownAsItsPDF)
+{
+    const String path = m_folder.write("a.eps", drawing);
+    EXPECT_EQ(reply(path, { .maxThumbnailSize = 64 }),
+        "Size {30, 40}, PixelSize {30, 40}, Alpha yes, Thumbnail <TIFF 30x40>");
+    const auto withText
+        = helper().imageWithContentsOfFile(path, { .maxThumbnailSize = 20, .stringFromPDF = true });
+    ASSERT_TRUE(withText);
+    EXPECT_EQ(*withText->find(u"PageCount"), Value(1));
+    const auto converted = helper().PDFImageRepOfFile(path);
+    ASSERT_TRUE(converted);
+    const String pdf = m_folder.write("b.pdf", converted->chars());
+    EXPECT_EQ(helper().PDFImageRepOfFile(pdf), converted) << "the file's own bytes";
+}
+
+TEST_F(PictureRequests, ABundleStandsForThePDFInIt)
+{
+    PDFBuilder pdf;
+    pdf.page("", "/MediaBox [0 0 20 30]");
+    m_folder.write("Notes.pdfd/notes.txt", "text");
+    const String inside = m_folder.write("Notes.pdfd/Notes.pdf", pdf.bytes());
+    const String bundle = m_folder.path("Notes.pdfd");
+    EXPECT_EQ(reply(bundle, { .maxThumbnailSize = 64 }),
+        "Size {20, 30}, PixelSize {20, 30}, Alpha yes, Thumbnail <TIFF 20x30>");
+    EXPECT_EQ(helper().PDFImageRepOfFile(bundle), FileSystem::contentsOfFile(inside));
+    m_folder.write("None.lpdf/readme", "text");
+    EXPECT_EQ(reply(m_folder.path("None.lpdf"), { .maxThumbnailSize = 64, .stringFromPDF = true }), "nil");
+}
+
+TEST_F(PictureRequests, BrokenFilesGiveNothing)
+{
+    for (const auto& [name, bytes] :
+        { std::pair<const char*, std::string>("a.jpg", "\xFF\xD8\xFF\xE0 broken"), { "a.gif", "GIF89a" },
+            { "a.eps", "%!PS-Adobe-3.0 EPSF-3.0\nno such operator\n" }, { "a.pdf", "%PDF-1.4 nothing" },
+            { "a.png", "" } }) {
+        const String path = m_folder.write(name, bytes);
+        EXPECT_EQ(reply(path, { .maxThumbnailSize = 64 }), "nil") << name;
+        EXPECT_EQ(reply(path, { .maxThumbnailSize = 64, .stringFromPDF = true }), "nil") << name;
+        EXPECT_FALSE(helper().PDFImageRepOfFile(path)) << name;
+    }
+    EXPECT_EQ(reply(m_folder.path("missing.jpg"), { .maxThumbnailSize = 64 }), "nil");
+    EXPECT_FALSE(helper().PDFImageRepOfFile(m_folder.write("b.jpg", greyPhotograph(8, 8))));
+}
+
+} // namespace
+} // namespace caddis
