@@ -4,7 +4,7 @@
 #include "service/FileArgument.h"
 #include "service/MovieRequests.h"
 #include "service/PDFRequests.h"
-#include "service/PictureRequests.h"
+#include "service/PreviewRequests.h"
 #include "service/RichTextRequests.h"
 #include "service/ScriptCache.h"
 #include "service/ScriptParameter.h"
@@ -38,6 +38,16 @@ std::optional<Dictionary> CaddisHelper::imageWithContentsOfFile(
     const FileArgument argument(file);
     try {
         return caddis::imageWithContentsOfFile(argument.path(), request);
+    } catch (const Exception&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<Data> CaddisHelper::previewForFile(const File& file, std::int64_t maxThumbnailSize, bool asIcon)
+{
+    const FileArgument argument(file);
+    try {
+        return caddis::previewForFile(argument.path(), maxThumbnailSize, asIcon);
     } catch (const Exception&) {
         return std::nullopt;
     }

@@ -32,6 +32,8 @@ public:
     std::optional<Data> PDFImageRepOfFile(const File& file);
     /// A thumbnail and what is known of the picture: see PictureRequests.h.
     std::optional<Dictionary> imageWithContentsOfFile(const File& file, const ThumbnailRequest& request);
+    /// A preview of a file of any kind, or its icon, as TIFF data: see PreviewRequests.h.
+    std::optional<Data> previewForFile(const File& file, std::int64_t maxThumbnailSize, bool asIcon);
     /// What a movie or sound file says of itself: see posterImageForMovie.
     Dictionary posterImageForMovieWithFile(const File& file);
     /// The text of PDF data: see _attributedStringWithPDF. Nil for what is no PDF data.

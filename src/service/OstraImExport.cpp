@@ -52,6 +52,9 @@ RemoteObject ostraImExport(CaddisHelper& helper)
                 .stringFromPDF = isTrue(arguments[3]),
                 .canUseSpotlight = isTrue(arguments[4]) });
     };
+    const auto preview = [&](const Arguments& arguments) -> Result {
+        return helper.previewForFile(arguments[0], integer(arguments[1]), isTrue(arguments[2]));
+    };
     const auto posterImage = [&](const Arguments& arguments) -> Result {
         return helper.posterImageForMovieWithFile(arguments[0]);
     };
@@ -89,7 +92,7 @@ RemoteObject ostraImExport(CaddisHelper& helper)
             { "Ping", "", "", ping },
             { "PDFImageRepOfFile", "v", "av", pdfImageRep },
             { "ImageWithContentsOfFile", "vxbbb", "aa{sv}", image },
-            { "PreviewForFile", "vxb", "av", fails },
+            { "PreviewForFile", "vxb", "av", preview },
             { "AttributedStringWithPDF", "bv", "aa{sv}", attributedStringWithPDF },
             { "PosterImageForMovieWithFile", "v", "a{sv}", posterImage },
             { "AttributedStringWithContentsOfFile", "v", "aa{sv}", attributedStringWithContentsOfFile },

@@ -1,11 +1,12 @@
 #include "service/PictureRequests.h"
 
 #include "media/ImageFileTypes.h"
+#include "media/ImageSizes.h"
 #include "media/ImageThumbnails.h"
 #include "platform/files/FileSystem.h"
 #include "platform/image/TIFF.h"
+#include "platform/preview/Picture.h"
 #include "service/PDFRequests.h"
-#include "service/Picture.h"
 
 namespace caddis {
 
@@ -54,10 +55,11 @@ Dictionary replyFor(const Picture& picture, const String& path, const ThumbnailR
 {
     const auto side = static_cast<double>(request.maxThumbnailSize);
     const PDFThumb thumb = PDFThumbSize({ side, side }, picture.pixelSize(), picture.isPDFImage());
+    const auto bitmap = picture.bitmapWithPixelSize(thumb.size, thumb.fromRect);
     const auto text = textOf(picture, path, request);
     auto reply = Dictionary::fromPairs({ { u"Size", stringFromSize(picture.size()) },
         { u"PixelSize", stringFromSize(picture.pixelSize()) }, { u"Alpha", picture.hasAlpha() },
-        { u"Thumbnail", picture.TIFFRepresentationWithPixelSize(thumb.size, thumb.fromRect) } });
+        { u"Thumbnail", bitmap ? TIFFRepresentation(*bitmap) : std::nullopt } });
     if (text) {
         for (const auto& [key, value] : *text)
             reply.set(key, value);

@@ -4,6 +4,7 @@
 #include "client/HelperTask.h"
 #include "client/OstraImExport.h"
 #include "platform/files/FileSystem.h"
+#include "support/EPUBBuilder.h"
 #include "support/JPEGBuilder.h"
 #include "support/PDFBuilder.h"
 #include "support/PrivateRuntimeDirectory.h"
@@ -23,6 +24,22 @@ std::string greyPhotograph(unsigned wide, unsigned high, const JPEGOptions& opti
         wide, high, [](unsigned, unsigned) { return 0x808080U; }, options);
 }
 
+// Of this process and of the helpers that it launches.
+class ScopedVariable {
+public:
+    ScopedVariable(const char* name, const std::string& value)
+        : m_name(name)
+    {
+        setenv(name, value.c_str(), 1);
+    }
+    ~ScopedVariable() { unsetenv(m_name); }
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+private:
+    const char* m_name;
+};
+
 class PictureRequests : public testing::Test {
 protected:
     PictureRequests()
@@ -41,6 +58,13 @@ protected:
         for (const auto& [key, value] : reply ? *reply : Dictionary())
             text += (text.empty() ? "" : ", ") + key.utf8() + ' ' + shown(value);
         return text;
+    }
+
+    /// The preview's kind and size, or "nil".
+    std::string preview(const String& path, std::int64_t size, bool asIcon)
+    {
+        const auto data = helper().previewForFile(path, size, asIcon);
+        return data ? shownPicture(*data) : "nil";
     }
 
     TemporaryFolder m_folder;
@@ -163,6 +187,39 @@ TEST_F(PictureRequests, ABundleStandsForThePDFInIt)
     EXPECT_EQ(helper().PDFImageRepOfFile(bundle), FileSystem::contentsOfFile(inside));
     m_folder.write("None.lpdf/readme", "text");
     EXPECT_EQ(reply(m_folder.path("None.lpdf"), { .maxThumbnailSize = 64, .stringFromPDF = true }), "nil");
+}
+
+TEST_F(PictureRequests, ABookIsShownByItsCover)
+{
+    const auto book = [&](const std::string& name, const std::string& item) {
+        return m_folder.write(name,
+            ZipBuilder()
+                .add("META-INF/container.xml", containerDocument)
+                .add("OPS/a.opf",
+                    packageDocument("<metadata><meta name='cover' content='c'/></metadata><manifest>" + item
+                        + "</manifest>"))
+                .add("OPS/cover.jpg", greyPhotograph(60, 90))
+                .bytes());
+    };
+    const String covered = book("a.epub", "<item id='c' href='cover.jpg' media-type='image/jpeg'/>");
+    EXPECT_EQ(preview(covered, 30, false), "TIFF 20x30");
+    EXPECT_EQ(preview(covered, 30, true), "TIFF 20x30");
+    EXPECT_EQ(preview(book("b.epub", ""), 30, false), "nil") << "nothing else shows a book here";
+    EXPECT_EQ(preview(covered, 0, false), "nil");
+}
+
+TEST_F(PictureRequests, FilesOfAnyKindHaveAPreviewOrAnIcon)
+{
+    m_folder.write("share/icons/Adwaita/index.theme", "[Icon Theme]\nDirectories=m\n[m]\nSize=30\n");
+    m_folder.write("share/icons/Adwaita/m/text-x-generic.png", greyPhotograph(30, 30));
+    const ScopedVariable data("XDG_DATA_HOME", m_folder.path("share").utf8());
+    const ScopedVariable config("XDG_CONFIG_HOME", m_folder.path("config").utf8());
+    EXPECT_EQ(preview(m_folder.write("a.jpg", greyPhotograph(100, 40, { .orientation = 6 })), 50, false),
+        "TIFF 20x50");
+    const String strange = m_folder.write("a.strange", "nothing to show");
+    EXPECT_EQ(preview(strange, 50, false), "nil");
+    EXPECT_EQ(preview(strange, 50, true), "TIFF 30x30");
+    EXPECT_EQ(preview(m_folder.path("missing"), 50, true), "nil");
 }
 
 TEST_F(PictureRequests, BrokenFilesGiveNothing)

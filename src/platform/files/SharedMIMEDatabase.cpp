@@ -1,9 +1,10 @@
 #include "platform/files/SharedMIMEDatabase.h"
 
+#include "platform/base/Paths.h"
 #include "platform/files/FileSystem.h"
+#include "platform/files/XDGFolders.h"
 
 #include <charconv>
-#include <cstdlib>
 
 namespace caddis {
 
@@ -17,29 +18,15 @@ std::string_view cutBefore(std::string_view& text, char mark)
     return before;
 }
 
-std::string environment(const char* name, const std::string& otherwise)
-{
-    const char* value = std::getenv(name);
-    return value && *value ? value : otherwise;
-}
-
-std::string dataFolders()
-{
-    const std::string home
-        = environment("XDG_DATA_HOME", environment("HOME", "/nonexistent") + "/.local/share");
-    return home + ':' + environment("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
-}
-
 } // namespace
 
 const SharedMIMEDatabase& SharedMIMEDatabase::system()
 {
     static const SharedMIMEDatabase database = [] {
         SharedMIMEDatabase result;
-        const std::string folders = dataFolders();
-        for (std::string_view rest = folders; !rest.empty();) {
-            const std::string path = std::string(cutBefore(rest, ':')) + "/mime/globs2";
-            if (const auto globs = FileSystem::contentsOfFile(String::fromUtf8(path)))
+        for (const String& folder : XDGFolders::data()) {
+            const String path = stringByAppendingPathComponent(folder, u"mime/globs2");
+            if (const auto globs = FileSystem::contentsOfFile(path))
                 result.add(globs->chars());
         }
         return result;

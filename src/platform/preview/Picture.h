@@ -1,6 +1,5 @@
 #pragma once
 
-#include "media/ImageSizes.h"
 #include "platform/image/ImageSource.h"
 #include "platform/pdf/PDFImageRep.h"
 
@@ -29,9 +28,10 @@ public:
     /// The PDF, converted or not; nil for a bitmap.
     std::optional<Data> PDFRepresentation() const;
 
-    /// The picture, or the part `fromRect` of it (in pixels, y upwards), drawn into exactly so many pixels.
-    /// Nil: no such size, or a picture that can't be drawn within its limits.
-    std::optional<Data> TIFFRepresentationWithPixelSize(Size pixels, Rect fromRect) const;
+    /// The picture, or the part `fromRect` of it (in pixels, y upwards), drawn into exactly so many pixels;
+    /// the zero rectangle means all of it. Nil: no such size, or a picture that can't be drawn within its
+    /// limits.
+    std::optional<Bitmap> bitmapWithPixelSize(Size pixels, Rect fromRect = {}) const;
 
 private:
     Picture(const PDFImageRep& page, bool isConverted);

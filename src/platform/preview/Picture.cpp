@@ -1,7 +1,6 @@
-#include "service/Picture.h"
+#include "platform/preview/Picture.h"
 
 #include "platform/files/MappedFile.h"
-#include "platform/image/TIFF.h"
 #include "platform/postscript/PostScript.h"
 
 namespace caddis {
@@ -74,15 +73,14 @@ std::optional<Data> Picture::PDFRepresentation() const
     return m_page ? std::optional(m_page->PDFRepresentation()) : std::nullopt;
 }
 
-std::optional<Data> Picture::TIFFRepresentationWithPixelSize(Size pixels, Rect fromRect) const
+std::optional<Bitmap> Picture::bitmapWithPixelSize(Size pixels, Rect fromRect) const
 {
     if (!(pixels.width >= 1) || !(pixels.height >= 1))
         return std::nullopt;
     const auto wide = static_cast<std::uint32_t>(pixels.width);
     const auto high = static_cast<std::uint32_t>(pixels.height);
-    const auto bitmap = m_page ? drawn(*m_page, wide, high, fromRect)
-                               : m_source->thumbnailAtIndex(0, { .maxPixelSize = std::max(wide, high) });
-    return bitmap ? TIFFRepresentation(*bitmap) : std::nullopt;
+    return m_page ? drawn(*m_page, wide, high, fromRect)
+                  : m_source->thumbnailAtIndex(0, { .maxPixelSize = std::max(wide, high) });
 }
 
 } // namespace caddis
