@@ -12,8 +12,16 @@ namespace {
 
 int printText(const caddis::PDFDocument& document)
 {
-    const std::string text = caddis::fixedAndNormalizedString(document).value_or(caddis::String()).utf8();
-    return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() ? 0 : 1;
+    const caddis::String text = caddis::fixedAndNormalizedString(document).value_or(caddis::String());
+    // Line by line: a second copy of the whole text would be this program's memory, not the reader's.
+    for (std::u16string_view rest = text; !rest.empty();) {
+        const std::size_t end = std::min(rest.find(u'\n'), rest.size() - 1) + 1;
+        const std::string line = caddis::String(rest.substr(0, end)).utf8();
+        if (std::fwrite(line.data(), 1, line.size(), stdout) != line.size())
+            return 1;
+        rest.remove_prefix(end);
+    }
+    return 0;
 }
 
 int printFirstPage(const caddis::PDFDocument& document, std::uint32_t height)

@@ -16,7 +16,7 @@ PDFContext::~PDFContext() = default;
 
 std::unique_ptr<PDFContext> PDFContext::create(Rect mediaBox, const Dictionary& attributes)
 {
-    auto* const makeWriter = pdf::module().entry<pdf::MakeWriter>("caddisMakePDFWriter");
+    auto* const makeWriter = pdf::writerModule().entry<pdf::MakeWriter>("caddisMakePDFWriter");
     std::unique_ptr<pdf::Writer> writer(makeWriter ? makeWriter(mediaBox, attributes) : nullptr);
     return writer ? std::unique_ptr<PDFContext>(new PDFContext(std::move(writer))) : nullptr;
 }

@@ -30,7 +30,8 @@ std::vector<PDFOutlineItem> PDFDocument::outline() const { return m_document->ou
 
 std::optional<Data> PDFDocument::dataRepresentationWithPasswords(const PDFPasswords& passwords) const
 {
-    return m_document->dataWithPasswords(passwords);
+    const auto source = m_document->source();
+    return source ? source->dataWithPasswords(passwords) : std::nullopt;
 }
 
 std::unique_ptr<PDFPage> PDFDocument::pageAtIndex(std::size_t index) const

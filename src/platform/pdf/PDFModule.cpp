@@ -8,4 +8,10 @@ const Module& module()
     return module;
 }
 
+const Module& writerModule()
+{
+    static const Module module("caddis-pdf-writer");
+    return module;
+}
+
 } // namespace caddis::pdf

@@ -4,7 +4,8 @@
 
 namespace caddis::pdf {
 
-/// Opened at the first call.
+/// The modules, each opened at the first call.
 const Module& module();
+const Module& writerModule();
 
 } // namespace caddis::pdf

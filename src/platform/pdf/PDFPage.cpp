@@ -54,6 +54,10 @@ void PDFPage::drawWithBox(PDFDisplayBox box, PDFContext& context) const
     context.restoreGState();
 }
 
-std::optional<Data> PDFPage::dataRepresentation() const { return m_document->dataOfPage(m_index); }
+std::optional<Data> PDFPage::dataRepresentation() const
+{
+    const auto source = m_document->source();
+    return source ? source->dataOfPage(m_index) : std::nullopt;
+}
 
 } // namespace caddis

@@ -49,6 +49,13 @@ struct PDFAnnotation {
     bool isLink() const { return subtype == u"Link"; }
 };
 
+/// A place in the document (ISO 32000-1, 12.3.2.2).
+struct PDFDestination {
+    std::size_t pageIndex = 0;
+    String kind; ///< "XYZ", "Fit", "FitH" …
+    std::vector<std::optional<double>> numbers; ///< those behind the kind; nil keeps what is shown
+};
+
 /// One line of the table of contents; the list holds them in reading order.
 struct PDFOutlineItem {
     String label;

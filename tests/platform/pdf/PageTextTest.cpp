@@ -115,6 +115,18 @@ TEST(PageText, CharactersOfEveryKindBecomeText)
     EXPECT_EQ(textOf("BT /None 12 Tf 72 700 Td (no font) Tj ET"), "");
 }
 
+TEST(PageText, GlyphsThatNoTableKnowsAreNotGuessed)
+{
+    PDFBuilder builder;
+    builder.fonts("/M "
+        + PDFBuilder::reference(builder.object("<< /Type /Font /Subtype /Type1 /BaseFont /Music /Encoding << "
+                                               "/Differences [96 /grave.alt /uni0042 /uni0041 /adieresis 104 "
+                                               "/noteheads.s2 /flag] >> >>"))
+        + " ");
+    builder.page("BT /M 12 Tf 72 700 Td (`abchi) Tj ET");
+    EXPECT_EQ(textOf(builder), "`BAä");
+}
+
 TEST(PageText, VerticalWritingGoesDownAndThenLeft)
 {
     PDFBuilder builder;

@@ -1,7 +1,9 @@
 #include "platform/pdf/engine/PopplerDocument.h"
 #include "platform/pdf/engine/TextString.h"
 
+#include <Array.h>
 #include <Dict.h>
+#include <Link.h>
 
 // What the document says about itself: Info dictionary, table of contents, annotations.
 namespace caddis::pdf {
@@ -38,6 +40,36 @@ std::optional<Value> attribute(const char* key, std::string_view bytes)
         return keywords.empty() ? std::nullopt : std::optional<Value>(std::move(keywords));
     }
     return text.isEmpty() ? std::nullopt : std::optional<Value>(text);
+}
+
+// ISO 32000-1, table 151.
+PDFDestination placeOf(const LinkDest& link, std::size_t page)
+{
+    static constexpr const char16_t* kinds[]
+        = { u"XYZ", u"Fit", u"FitH", u"FitV", u"FitR", u"FitB", u"FitBH", u"FitBV" };
+    PDFDestination place { page, String(kinds[link.getKind()]), {} };
+    const auto given
+        = [](double value, bool isGiven) { return isGiven ? std::optional(value) : std::nullopt; };
+    switch (link.getKind()) {
+    case destXYZ:
+        place.numbers = { given(link.getLeft(), link.getChangeLeft()),
+            given(link.getTop(), link.getChangeTop()), given(link.getZoom(), link.getChangeZoom()) };
+        break;
+    case destFitH:
+    case destFitBH:
+        place.numbers = { given(link.getTop(), link.getChangeTop()) };
+        break;
+    case destFitV:
+    case destFitBV:
+        place.numbers = { given(link.getLeft(), link.getChangeLeft()) };
+        break;
+    case destFitR:
+        place.numbers = { link.getLeft(), link.getBottom(), link.getRight(), link.getTop() };
+        break;
+    default:
+        break;
+    }
+    return place;
 }
 
 } // namespace
@@ -77,13 +109,17 @@ std::vector<PDFAnnotation> PopplerDocument::annotations(std::size_t page) const
     return result;
 }
 
-Object PopplerDocument::annotation(std::size_t page, std::size_t index) const
+std::optional<PDFDestination> PopplerDocument::destinationOf(
+    std::size_t page, const PDFAnnotation& annotation) const
 {
     Page* const source = pageAt(page);
     const Object list = source ? source->getAnnotsObject() : Object(objNull);
-    return list.isArray() && index < static_cast<std::size_t>(list.getArray()->getLength())
-        ? list.getArray()->get(static_cast<int>(index))
-        : Object(objNull);
+    if (!list.isArray() || annotation.index >= static_cast<std::size_t>(list.getArray()->getLength()))
+        return std::nullopt;
+    const Object entry = list.getArray()->get(static_cast<int>(annotation.index));
+    const auto link = entry.isDict() ? destinationOf(*entry.getDict()) : nullptr;
+    const auto target = link ? pageOf(*link) : std::nullopt;
+    return target ? std::optional(placeOf(*link, *target)) : std::nullopt;
 }
 
 } // namespace caddis::pdf

@@ -1,5 +1,7 @@
 #include "platform/pdf/engine/Font.h"
 
+#include <GlobalParams.h>
+
 #include <algorithm>
 #include <cmath>
 #include <span>
@@ -77,6 +79,19 @@ FontTraits Font::traits() const
         m_italicAngle != 0 || m_font->isItalic() || hasOneOf(name, italicNames) };
 }
 
+// Where no table knows a glyph's name, Poppler takes its code for its character; a note head is no "h". Names
+// with a number in them ("g104") say which character they are, and what is behind a point is a variant.
+bool Font::isGuess(CharCode code, Unicode value) const
+{
+    if (m_font->isCIDFont() || m_font->hasToUnicodeCMap() || value != code || code > 255)
+        return false;
+    const char* const entry = static_cast<Gfx8BitFont&>(*m_font).getEncoding()[code];
+    const std::string whole = entry ? entry : "";
+    const std::string name = whole.substr(0, whole.find('.'));
+    return !name.empty() && name.find_first_of("0123456789") == name.npos
+        && globalParams->mapNameToUnicodeText(name.c_str()) == 0;
+}
+
 // A Type 3 font may draw in any unit; its matrix and bounding box say how large its glyphs become.
 double Font::type3Em() const
 {
@@ -105,6 +120,8 @@ Character Font::read(std::string_view bytes, char16_t* units) const
     character.advance = std::isfinite(advance) ? advance : 0;
     character.isSpaceCode = character.bytes == 1 && bytes[0] == ' ';
     char16_t* out = units;
+    if (text && count == 1 && isGuess(code, text[0]))
+        count = 0;
     for (int index = 0; text && index < std::min(count, 20); ++index)
         out = append(text[index], out);
     character.text = { units, static_cast<std::size_t>(out - units) };

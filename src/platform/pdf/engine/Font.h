@@ -49,6 +49,7 @@ private:
     };
 
     Character read(std::string_view bytes, char16_t* units) const;
+    bool isGuess(CharCode code, Unicode value) const;
     double type3Em() const;
 
     std::unique_ptr<GfxFont> m_font;

@@ -1,5 +1,6 @@
 #include "platform/pdf/engine/PopplerDocument.h"
 
+#include "platform/pdf/PDFModule.h"
 #include "platform/pdf/engine/TextInterpreter.h"
 #include "platform/pdf/engine/TextString.h"
 
@@ -13,6 +14,10 @@
 namespace caddis::pdf {
 
 namespace {
+
+// The module that writes takes about 2 KB for each object that it has read.
+constexpr int MostObjects = 300'000;
+constexpr std::size_t MostBytesToRepair = std::size_t { 32 } << 20;
 
 // Poppler's settings stand for the life of the process; its complaints about files are nobody's concern.
 void initializePoppler()
@@ -39,6 +44,19 @@ bool hasLostItsEncryption(PDFDoc& document, const Data& data)
         && data.chars().find("/Encrypt") != std::string_view::npos;
 }
 
+std::shared_ptr<const Source> openSource(const Data& data)
+{
+    auto* const open = writerModule().entry<OpenSource>("caddisOpenPDFSource");
+    return std::shared_ptr<const Source>(open ? open(data) : nullptr);
+}
+
+// It repairs other damage. False when there is too much of it to try.
+bool isReadableForWriting(const Data& data)
+{
+    const auto source = data.size() <= MostBytesToRepair ? openSource(data) : nullptr;
+    return source && source->pageCount();
+}
+
 // A document may have an empty owner password beside a user password; Poppler then opens it as its owner
 // would. Readers for people don't: nobody has named himself its owner. Only AES-256 can tell the two.
 bool isOpenOnlyToItsOwner(const PDFDoc& document, const Data& data)
@@ -48,7 +66,10 @@ bool isOpenOnlyToItsOwner(const PDFDoc& document, const Data& data)
     CryptAlgorithm algorithm = cryptNone;
     int length = 0;
     document.getXRef()->getEncryptionParameters(&key, &algorithm, &length);
-    return algorithm == cryptAES256 && length == bytesOfAES256 && isForOwnerOnly(data);
+    if (algorithm != cryptAES256 || length != bytesOfAES256)
+        return false;
+    const auto source = openSource(data);
+    return source && source->isForOwnerOnly();
 }
 
 } // namespace
@@ -78,7 +99,7 @@ PopplerDocument* PopplerDocument::open(const Data& data)
 {
     std::unique_ptr<PopplerDocument> document(new PopplerDocument(data));
     const bool hasContent = document->m_locked || document->m_pageCount > 0;
-    return hasContent || isReadableByQpdf(data) ? document.release() : nullptr;
+    return hasContent || isReadableForWriting(data) ? document.release() : nullptr;
 }
 
 PopplerDocument::~PopplerDocument() = default;
@@ -146,6 +167,17 @@ int PopplerDocument::rotation(std::size_t page) const
 {
     Page* const source = pageAt(page);
     return source ? ((source->getRotate() % 360) + 360) % 360 : 0;
+}
+
+std::shared_ptr<const Source> PopplerDocument::source() const
+{
+    if (!std::exchange(m_sourceIsTried, true) && isOpen()
+        && m_document->getXRef()->getNumObjects() <= MostObjects) {
+        m_source = openSource(m_data);
+        if (m_source && m_source->pageCount() != m_pageCount)
+            m_source = nullptr;
+    }
+    return m_source;
 }
 
 } // namespace caddis::pdf

@@ -9,19 +9,9 @@
 
 #include <memory>
 
-class QPDF;
-
 namespace caddis::pdf {
 
-/// Whether QPDF, which repairs other damage than Poppler, makes out a document in the bytes. False when there
-/// is too much of it to try.
-bool isReadableByQpdf(const Data& data);
-
-/// Whether the empty password is that of an encrypted document's owner, but not one for reading it.
-bool isForOwnerOnly(const Data& data);
-
-/// A document read by Poppler. What is written, a page of its own or a whole document, QPDF reads from the
-/// same bytes when it is first wanted.
+/// A document read by Poppler.
 class PopplerDocument final : public Document {
 public:
     /// Null when it is no PDF. One that wants a password is locked; one whose objects can be made out, but no
@@ -42,20 +32,19 @@ public:
     int rotation(std::size_t page) const override;
     std::vector<PDFAnnotation> annotations(std::size_t page) const override;
     std::optional<PDFRaster> draw(std::size_t page, const PDFRasterRequest& request) const override;
-    std::optional<Data> dataOfPage(std::size_t page) const override;
-    std::optional<Data> dataWithPasswords(const PDFPasswords& passwords) const override;
+    std::optional<PDFDestination> destinationOf(
+        std::size_t page, const PDFAnnotation& annotation) const override;
+    /// The same bytes for the module that writes, read when they are first wanted. Null when it can't read
+    /// them, sees other pages in them, or when there are so many objects that copies of them would fill the
+    /// memory.
+    std::shared_ptr<const Source> source() const override;
 
-    /// The same bytes for QPDF. Null when it can't read them, sees other pages in them, or when there are so
-    /// many objects that copies of them would fill the memory.
-    std::shared_ptr<QPDF> forWriting() const;
     /// The page and place that an entry of this kind leads to inside the document: an array or a name.
     std::unique_ptr<LinkDest> destination(const Object& entry) const;
     std::optional<std::size_t> pageOf(const LinkDest& destination) const;
     /// Destination of an outline item or a link: its /Dest, else that of its action "go to". Null: none
     /// inside.
     std::unique_ptr<LinkDest> destinationOf(const Dict& item) const;
-    /// The dictionary of an annotation; null object when there is none.
-    Object annotation(std::size_t page, std::size_t index) const;
 
 private:
     explicit PopplerDocument(const Data& data);
@@ -73,8 +62,8 @@ private:
     // Reading a page fills them; they are no part of what the document says.
     mutable FontCache m_fonts;
     mutable StreamBytes m_streams;
-    mutable std::shared_ptr<QPDF> m_writable;
-    mutable bool m_writableIsTried = false;
+    mutable std::shared_ptr<const Source> m_source;
+    mutable bool m_sourceIsTried = false;
 };
 
 } // namespace caddis::pdf

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/pdf/engine/PopplerDocument.h"
-#include "platform/pdf/engine/Qpdf.h"
+#include "platform/pdf/PDFEngine.h"
+#include "platform/pdf/writer/Qpdf.h"
 
 #include <map>
 #include <string>
@@ -25,26 +25,30 @@ public:
     std::optional<Data> close() override;
 
 private:
-    struct Destination {
-        QPDFObjectHandle holder; ///< the annotation whose /Dest is to be set
-        const PopplerDocument* document;
+    struct PageOf {
+        const Document* document;
         std::size_t page;
-        QPDFObjectHandle place; ///< the destination's array, without its page
+
+        friend auto operator<=>(const PageOf&, const PageOf&) = default;
+    };
+    struct Link {
+        QPDFObjectHandle annotation;
+        const Document* document;
+        PDFDestination destination;
     };
 
     template <typename Work> void attempt(Work&& work);
     void flushOperators();
     QPDFObjectHandle copy(QPDF& source, const QPDFObjectHandle& object);
-    void copyAnnotation(const PopplerDocument& document, QPDFObjectHandle page, std::size_t number,
-        const PDFAnnotation& annotation);
+    void copyAnnotation(QPDFObjectHandle page, const PDFAnnotation& annotation, PageOf place);
     void setDestinations();
 
     QPDF m_output;
     Rect m_mediaBox;
     bool m_failed = false;
-    std::vector<std::shared_ptr<QPDF>> m_sources; ///< read until the output is written
-    std::vector<Destination> m_destinations;
-    std::map<std::pair<const PopplerDocument*, std::size_t>, QPDFObjectHandle> m_written;
+    std::vector<std::shared_ptr<const Source>> m_sources; ///< read until the output is written
+    std::vector<Link> m_links;
+    std::map<PageOf, QPDFObjectHandle> m_written;
 
     // Of the open page.
     QPDFObjectHandle m_page;
