@@ -195,7 +195,8 @@ private:
         const auto mark = contents.take(1);
         if (!mark || (mark->front() & 0xFC) != 0x10)
             return std::nullopt;
-        const auto bytes = contents.take(std::uint64_t(1) << (mark->front() & 3U));
+        const auto bytes
+            = contents.take(std::uint64_t(1) << (static_cast<unsigned char>(mark->front()) & 3U));
         return bytes ? std::optional(bigEndian(*bytes)) : std::nullopt;
     }
 
