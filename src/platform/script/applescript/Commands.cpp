@@ -19,8 +19,8 @@ const CommandTable& table()
 {
     static const CommandTable made = [] {
         CommandTable result;
-        for (const auto group : { coreCommands(), textCommands(), fileCommands(), systemCommands(),
-                 interactionCommands(), fileApplicationCommands() }) {
+        for (const auto group : { coreCommands(), scriptCommands(), textCommands(), fileCommands(),
+                 systemCommands(), interactionCommands(), fileApplicationCommands() }) {
             for (const CommandSpec& spec : group) {
                 result.names.add(String::fromLatin1(spec.name), result.specs.size());
                 result.specs.push_back(&spec);

@@ -57,6 +57,7 @@ private:
 
 /// Every command; grouped by subject in the files of the same names.
 std::span<const CommandSpec> coreCommands();
+std::span<const CommandSpec> scriptCommands();
 std::span<const CommandSpec> textCommands();
 std::span<const CommandSpec> fileCommands();
 std::span<const CommandSpec> systemCommands();

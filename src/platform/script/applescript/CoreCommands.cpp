@@ -3,10 +3,7 @@
 #include "platform/script/applescript/Commands.h"
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/FileSuite.h"
-#include "platform/script/applescript/Parser.h"
 #include "platform/script/applescript/SourceText.h"
-
-#include <iterator>
 
 namespace caddis::applescript {
 
@@ -53,45 +50,6 @@ Datum runScriptObject(CommandCall& call)
     return {};
 }
 
-// A source, or a file with one.
-Datum compiled(CommandCall& call, bool textIsSource)
-{
-    const Datum value = call.requireDirect();
-    ScriptText text;
-    if (textIsSource && value.is(Kind::Text)) {
-        text = ScriptText::fromSource(value.as<Text>().value());
-    } else {
-        const String path = requirePath(call.interpreter, value);
-        auto read = ScriptText::fromFile(path);
-        if (!read)
-            fail(ScriptErrorNumber::FileNotFound, format(u"File %@ wasn’t found.", sourceText(value)));
-        if (read->isCompiled())
-            fail(ScriptErrorNumber::BadSelector, String(u"The script was compiled by another version."));
-        text = *std::move(read);
-    }
-    auto program = parseScript(text.text);
-    const ScriptCode& code = program->script;
-    return instantiate(call.interpreter, std::move(program), code, nullptr);
-}
-
-Datum runScript(CommandCall& call)
-{
-    call.interpreter.checkStack();
-    if (const Datum value = call.interpreter.value(call.direct); value.is(Kind::Script))
-        return call.interpreter.run(value.as<ScriptObject>());
-    const Datum script = compiled(call, true);
-    auto& object = script.as<ScriptObject>();
-    const Datum& parameters = call.argument("with parameters");
-    const Callee handler = findHandler(object, Symbol::Run);
-    if (!parameters.isSet() || !handler)
-        return call.interpreter.run(object);
-    Interpreter::LabelledArguments arguments;
-    arguments.direct = coerce(call.interpreter, parameters, Symbol::List);
-    return call.interpreter.callLabelled(handler, object, arguments);
-}
-
-Datum loadScript(CommandCall& call) { return compiled(call, false); }
-
 // Applications outside cannot be started from here.
 Datum startApplication(CommandCall& call)
 {
@@ -104,7 +62,6 @@ Datum startApplication(CommandCall& call)
 }
 
 constexpr CommandParameter countParameters[] = { { "each" } };
-constexpr CommandParameter runScriptParameters[] = { { "with parameters" }, { "in" } };
 
 constexpr CommandSpec commands[] = {
     { .name = "count",
@@ -124,8 +81,6 @@ constexpr CommandSpec commands[] = {
         .parameters = {},
         .bindsTightly = true,
         .defaultsToTarget = true },
-    { .name = "run script", .perform = runScript, .parameters = runScriptParameters },
-    { .name = "load script", .perform = loadScript, .parameters = {} },
     { .name = "activate",
         .perform = startApplication,
         .parameters = {},

@@ -43,6 +43,17 @@ String numberText(const Datum& number)
         number.is(Kind::Integer) ? std::to_string(number.asInteger()) : realText(number.asReal()));
 }
 
+String exactNumberText(const Datum& number)
+{
+    String shown = numberText(number);
+    const auto again = numberFromText(shown);
+    if (again && again->asReal() == number.asReal())
+        return shown;
+    char digits[32];
+    const char* end = std::to_chars(digits, std::end(digits), number.asReal()).ptr;
+    return String::fromLatin1({ digits, static_cast<std::size_t>(end - digits) });
+}
+
 std::optional<Datum> numberFromText(std::u16string_view text)
 {
     while (!text.empty() && isBlank(text.front()))

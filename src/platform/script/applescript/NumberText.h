@@ -8,6 +8,9 @@ namespace caddis::applescript {
 /// on and below 1.0E-4.
 String numberText(const Datum& number);
 
+/// The same with as many digits as it takes to read the number back as it is.
+String exactNumberText(const Datum& number);
+
 /// The number that a text stands for, blanks around it allowed: "12", "-1.5", "1.0E+3". Nil for anything
 /// else.
 std::optional<Datum> numberFromText(std::u16string_view text);

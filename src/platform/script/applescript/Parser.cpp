@@ -28,9 +28,11 @@ std::shared_ptr<const Program> Parser::parse()
 {
     collectHandlers();
     auto program = std::make_shared<Program>();
+    program->source = m_source;
     parseScriptBody(program->script);
     if (!at(TokenType::EndOfText))
         failExpected(String(u"end of script"));
+    program->script.bodyRange = { 0, m_source.length() };
     m_scopes.resolveAll();
     return program;
 }

@@ -8,6 +8,7 @@ namespace caddis::applescript {
 void Parser::parseScriptBody(ScriptCode& code)
 {
     const Nesting nesting(*this);
+    const std::size_t start = peek().range.location;
     m_scopes.openScript(code);
     code.statements = std::make_unique<HandlerCode>();
     code.statements->name = Symbol::Run;
@@ -16,6 +17,7 @@ void Parser::parseScriptBody(ScriptCode& code)
         parseScriptLine(code, code.statements->body.statements);
     m_scopes.closeHandler();
     m_scopes.closeScript();
+    code.bodyRange = { start, peek().range.location - start };
     if (code.statements->body.statements.empty())
         code.statements.reset();
 }
@@ -60,6 +62,7 @@ void Parser::parseProperty(ScriptCode& code)
     next();
     accept(Symbol::The);
     const Symbol name = parseName();
+    const std::size_t afterName = m_tokens[m_at - 1].range.end();
     m_scopes.openHandler(HandlerScope::Kind::Initializers, nullptr);
     ExpressionPointer value;
     if (accept(TokenType::Colon) || accept(Symbol::Of))
@@ -67,10 +70,11 @@ void Parser::parseProperty(ScriptCode& code)
     else
         value = std::make_unique<Literal>(Datum::missing());
     m_scopes.closeHandler();
+    const Range range { afterName, m_tokens[m_at - 1].range.end() - afterName };
     if (name == Symbol::Parent)
         code.parent = std::move(value);
     else
-        addSlot(code, { name, ScriptCode::SlotKind::Property, std::move(value), nullptr, nullptr },
+        addSlot(code, { name, ScriptCode::SlotKind::Property, std::move(value), nullptr, nullptr, range },
             ScriptErrorNumber::DuplicateProperty);
     expectEndOfStatement();
 }

@@ -13,8 +13,15 @@ namespace {
 constexpr unsigned MaximumDepth = 100;
 constexpr std::size_t MaximumLength = 1 << 24; // A value may hold itself several times over.
 
+enum class Digits { AsShown, All };
+
 class Writer {
 public:
+    explicit Writer(Digits digits = Digits::AsShown)
+        : m_digits(digits)
+    {
+    }
+
     void write(const Datum& value, unsigned depth)
     {
         if (depth > MaximumDepth || m_out.length() > MaximumLength) {
@@ -32,7 +39,8 @@ public:
             reference(value.as<ReferenceObject>(), depth);
             break;
         default:
-            m_out.append(scalar(value));
+            m_out.append(
+                value.is(Kind::Real) && m_digits == Digits::All ? exactNumberText(value) : scalar(value));
         }
     }
     void quoted(std::u16string_view text)
@@ -80,6 +88,7 @@ private:
     }
     static String scalar(const Datum& value);
 
+    const Digits m_digits;
     MutableString m_out;
 };
 
@@ -189,6 +198,13 @@ void Writer::selector(const Selector& selector, unsigned depth)
 String sourceText(const Datum& value)
 {
     Writer writer;
+    writer.write(value, 0);
+    return writer.take();
+}
+
+String exactSourceText(const Datum& value)
+{
+    Writer writer(Digits::All);
     writer.write(value, 0);
     return writer.take();
 }

@@ -94,6 +94,7 @@ struct ScriptCode {
         ExpressionPointer initializer; ///< of a property
         std::unique_ptr<HandlerCode> handler;
         std::unique_ptr<ScriptCode> script;
+        Range initializerRange {}; ///< from behind the property's name on, in the source
     };
 
     /// A variable of the enclosing handler that this script's code uses: its value is taken along when the
@@ -104,6 +105,7 @@ struct ScriptCode {
     };
 
     Symbol name = Symbol::None;
+    Range bodyRange; ///< of its lines, in the source
     std::vector<Slot> slots;
     std::unordered_map<Symbol, unsigned> slotOfName;
     std::vector<Capture> captures;
@@ -115,6 +117,7 @@ struct ScriptCode {
 
 /// One compiled source.
 struct Program {
+    String source;
     ScriptCode script;
 };
 
