@@ -35,6 +35,13 @@ protected:
         return *proxy;
     }
     HelperProxy helper() { return HelperProxy(proxy()); }
+    // The helper was told to end, and has within five seconds.
+    bool isGone()
+    {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+        while (m_task->launchedProxy() && std::chrono::steady_clock::now() < deadline) { }
+        return !m_task->launchedProxy();
+    }
     std::string address() const { return "unix:path=" + (m_directory.path() / "CaddisHelper64.4").string(); }
 
     PrivateRuntimeDirectory m_directory;
@@ -69,9 +76,7 @@ TEST_F(HelperProcess, EndsOnTerminateAndIsLaunchedAgain)
 {
     helper().ping();
     helper().terminate();
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-    while (m_task->launchedProxy() && std::chrono::steady_clock::now() < deadline) { }
-    EXPECT_FALSE(m_task->launchedProxy());
+    EXPECT_TRUE(isGone());
     helper().ping();
 }
 
@@ -146,6 +151,35 @@ TEST_F(HelperProcess, RunsHandlersOfScriptsAndKeepsThem)
         + " s Note 1970567284 2 63 0");
     EXPECT_EQ(busctl.status, 0) << busctl.output;
     EXPECT_EQ(written(), "a1!\na2!\ns1!\ns2!\na3?\n");
+    // The cache goes with the helper.
+    helper().terminate();
+    EXPECT_TRUE(isGone());
+    helper().executeFile(path, u"Note"_s, parameter);
+    EXPECT_EQ(written(), "a1!\na2!\ns1!\ns2!\na3?\nb1!\n");
+}
+
+// By the bus's own tools, in any case, the source itself being the key: the same text keeps its state.
+TEST_F(HelperProcess, RunsSourcesForOtherCallers)
+{
+    helper().ping();
+    const std::string out = (m_directory.path() / "out").string();
+    const auto call = [&](const std::string& source, const std::string& name) {
+        const std::string member
+            = " call x.y /CaddisHelper org.caddis.OstraImExport ExecuteSource 'vv(uay)' s ";
+        return run(
+            "busctl --address=" + address() + member + "'" + source + "' s " + name + " 1970567284 2 33 0")
+            .status; // 'utxt', "!"
+    };
+    const std::string source
+        = "property n : 0\non Note(x)\nset n to n + 1\ndo shell script \"echo \" & n & x "
+          "& \" >> "
+        + out + "\"\nend Note";
+    EXPECT_EQ(call(source, "NOTE"), 0);
+    EXPECT_EQ(call(source, "note"), 0);
+    EXPECT_EQ(call(source + "\n", "nOte"), 0);
+    EXPECT_EQ(call(source, "absent"), 0) << "failures are logged, not answered";
+    EXPECT_EQ(call("on Note(", "note"), 0);
+    EXPECT_EQ(run("cat " + out).output, "1!\n2!\n1!\n");
 }
 
 // The tool's exit codes and its machine-readable form.
