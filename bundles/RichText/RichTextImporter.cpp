@@ -1,6 +1,6 @@
 #include "bundles/support/Importer.h"
 #include "bundles/support/TextSink.h"
-#include "platform/richtext/DocumentReader.h"
+#include "platform/documents/DocumentReader.h"
 
 #include <algorithm>
 
