@@ -99,12 +99,16 @@ const std::optional<String>& EPUBParser::firstPage()
     return m_firstPage;
 }
 
-std::optional<Data> EPUBParser::coverData()
+std::optional<Image> EPUBParser::cover()
 {
-    return m_coverPath ? dataForNamedFile(pathInOPFFolder(*m_coverPath)) : std::nullopt;
+    const auto data = m_coverPath ? dataForNamedFile(pathInOPFFolder(*m_coverPath)) : std::nullopt;
+    return data ? Image::initWithData(*data) : std::nullopt;
 }
 
-std::optional<Data> EPUBParser::coverDataForFile(const String& path) { return EPUBParser(path).coverData(); }
+std::optional<Image> EPUBParser::coverForFile(const std::optional<String>& path)
+{
+    return path ? EPUBParser(*path).cover() : std::nullopt;
+}
 
 std::optional<String> EPUBParser::textContents()
 {

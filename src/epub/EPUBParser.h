@@ -3,6 +3,7 @@
 #include "epub/ZipArchive.h"
 #include "platform/base/MutableString.h"
 #include "platform/base/Value.h"
+#include "platform/image/Image.h"
 #include "platform/xml/XMLParser.h"
 
 #include <memory>
@@ -85,9 +86,9 @@ public:
     /// Where the first page lies in the unpacked copy, which is made now. Nil without NCX and XHTML table of
     /// contents.
     const std::optional<String>& firstPage();
-    /// The cover picture's bytes; nil when the package names none or the member is missing.
-    std::optional<Data> coverData();
-    static std::optional<Data> coverDataForFile(const String& path);
+    /// The cover picture; nil when the package names none, or the member is missing or no picture.
+    std::optional<Image> cover();
+    static std::optional<Image> coverForFile(const std::optional<String>& path);
     /// The plain text of the spine's documents, each followed by a line feed.
     std::optional<String> textContents();
     /// The whole book as one HTML document with its pictures and style sheets in it.

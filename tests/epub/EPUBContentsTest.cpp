@@ -12,6 +12,9 @@
 namespace caddis {
 namespace {
 
+// A GIF of two pixels.
+const std::string Picture("GIF89a\2\0\1\0\x80\0\0\xFF\0\0\0\0\xFF,\0\0\0\0\2\0\1\0\0\2\2D\n\0;", 36);
+
 // A book under construction: documents in reading order, other members, an NCX.
 struct Book {
     std::vector<std::pair<std::string, std::string>> documents;
@@ -91,14 +94,26 @@ TEST_F(EPUBContentsTest, JoinsTheTextOfTheSpine)
 TEST_F(EPUBContentsTest, GivesNothingOfAProtectedBookButItsCover)
 {
     EPUBParser book(write({ { { "a.xhtml", "<body>x</body>" } },
-        { { "META-INF/rights.xml", "<r><operatorURL>x</operatorURL></r>" }, { "OPS/c.png", "picture" } },
+        { { "META-INF/rights.xml", "<r><operatorURL>x</operatorURL></r>" }, { "OPS/c.gif", Picture } },
         navPoint("a.xhtml", "A"),
-        "<item id='c' href='c.png' media-type='image/png' properties='cover-image'/>" }));
+        "<item id='c' href='c.gif' media-type='image/gif' properties='cover-image'/>" }));
     EXPECT_TRUE(book.hasDRM());
     EXPECT_FALSE(book.textContents());
     EXPECT_FALSE(book.htmlContents());
     EXPECT_FALSE(book.firstPage());
-    EXPECT_EQ(book.coverData()->chars(), "picture");
+    ASSERT_TRUE(book.cover());
+    EXPECT_EQ(book.cover()->size(), (Size { 2, 1 }));
+}
+
+TEST_F(EPUBContentsTest, HasNoCoverWithoutAPicture)
+{
+    const std::string item = "<item id='c' href='c.gif' media-type='image/gif' properties='cover-image'/>";
+    const auto coverOf = [&](const Book& book) { return EPUBParser::coverForFile(write(book)); };
+    EXPECT_TRUE(coverOf({ { { "a.xhtml", "" } }, { { "OPS/c.gif", Picture } }, "", item }));
+    EXPECT_FALSE(coverOf({ { { "a.xhtml", "" } }, { { "OPS/c.gif", "text" } }, "", item }));
+    EXPECT_FALSE(coverOf({ { { "a.xhtml", "" } }, {}, "", item }));
+    EXPECT_FALSE(coverOf({ { { "a.xhtml", "" } }, { { "OPS/c.gif", Picture } } }));
+    EXPECT_FALSE(EPUBParser::coverForFile(std::nullopt));
 }
 
 TEST_F(EPUBContentsTest, TakesAnNCXAsItStandsWhenItIsDeepOrLongEnough)

@@ -3,6 +3,7 @@
 #include "epub/EPUBParser.h"
 #include "epub/NCXParser.h"
 #include "epub/NavigationTree.h"
+#include "media/ImageRepresentations.h"
 #include "text/NumericValues.h"
 
 namespace caddis::facts {
@@ -58,6 +59,16 @@ Answer ncxFact(EPUBParser& book, std::u16string_view key)
                                : Answer(std::nullopt);
 }
 
+Answer coverFact(EPUBParser& book)
+{
+    const auto cover = book.cover();
+    if (!cover)
+        return std::nullopt;
+    const Size size = pixelSize(*cover);
+    return String::fromLatin1(
+        std::to_string(static_cast<int>(size.width)) + "x" + std::to_string(static_cast<int>(size.height)));
+}
+
 } // namespace
 
 Answer epubFact(const Question& question)
@@ -74,6 +85,8 @@ Answer epubFact(const Question& question)
         return book.tocFile();
     if (key == u"coverPath")
         return book.coverPath();
+    if (key == u"cover.pixelSize")
+        return coverFact(book);
     if (key == u"spines.count")
         return decimal(book.spines().size());
     if (key == u"items.count")

@@ -25,8 +25,13 @@ public:
 
 /// The module's entries. `caddisOpenImage`: null when the bytes are of no kind that can be read.
 using OpenImage = Source*(const Data& data);
-/// `caddisWriteTIFF`. False: no pixels to write.
-using WriteTIFF
-    = bool(const Bitmap& bitmap, Size points, TIFFCompression compression, std::optional<Data>& out);
+/// `caddisWriteImage`. False: no pixels to write, or no writer for such files.
+struct WriteRequest {
+    BitmapImageFileType type = BitmapImageFileType::TIFF;
+    Size points {}; ///< how large the picture is shown
+    TIFFCompression compression = TIFFCompression::None;
+    double factor = 1; ///< 0 for the smallest JPEG, 1 for the best
+};
+using WriteImage = bool(const Bitmap& bitmap, const WriteRequest& request, std::optional<Data>& out);
 
 } // namespace caddis::image

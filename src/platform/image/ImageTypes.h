@@ -8,6 +8,13 @@ namespace caddis {
 /// TIFF 6.0, tag Compression.
 enum class TIFFCompression { None = 1, LZW = 5 };
 
+/// The files that a bitmap can be written as, in the platform's numbering.
+enum class BitmapImageFileType { TIFF, BMP, GIF, JPEG, PNG, JPEG2000 };
+
+/// How pixels are made where a picture is drawn larger or smaller, in the platform's numbering. None takes
+/// the nearest pixel; High is bicubic, all others bilinear; what is drawn smaller is averaged.
+enum class ImageInterpolation { Default, None, Low, High, Medium };
+
 enum class ColorModel { RGB, Gray, CMYK, Lab };
 
 /// What a picture's header says.

@@ -1,5 +1,5 @@
 #include "platform/image/engine/FileSource.h"
-#include "platform/image/engine/TIFFWriter.h"
+#include "platform/image/engine/Writers.h"
 
 // What the program looks up in caddis-image.so; everything else in it is hidden.
 
@@ -8,9 +8,9 @@ extern "C" [[gnu::visibility("default")]] caddis::image::Source* caddisOpenImage
     return caddis::image::FileSource::open(data);
 }
 
-extern "C" [[gnu::visibility("default")]] bool caddisWriteTIFF(const caddis::Bitmap& bitmap,
-    caddis::Size points, caddis::TIFFCompression compression, std::optional<caddis::Data>& out)
+extern "C" [[gnu::visibility("default")]] bool caddisWriteImage(const caddis::Bitmap& bitmap,
+    const caddis::image::WriteRequest& request, std::optional<caddis::Data>& out)
 {
-    out = caddis::image::writeTIFF(bitmap, points, compression);
+    out = caddis::image::writeImage(bitmap, request);
     return out.has_value();
 }

@@ -1,4 +1,4 @@
-#include "platform/image/engine/TIFFWriter.h"
+#include "platform/image/engine/Writers.h"
 
 #include <algorithm>
 #include <cstring>
@@ -43,8 +43,9 @@ toff_t seek(thandle_t handle, toff_t offset, int from)
     return output.place = base + offset;
 }
 
-void setTags(TIFF* tiff, const Bitmap& bitmap, Size points, TIFFCompression compression)
+void setTags(TIFF* tiff, const Bitmap& bitmap, const WriteRequest& request)
 {
+    const Size points = request.points;
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, bitmap.pixelsWide);
     TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, bitmap.pixelsHigh);
     TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8);
@@ -54,7 +55,7 @@ void setTags(TIFF* tiff, const Bitmap& bitmap, Size points, TIFFCompression comp
     TIFFSetField(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
     const std::uint16_t extra[] = { EXTRASAMPLE_ASSOCALPHA };
     TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, extra);
-    TIFFSetField(tiff, TIFFTAG_COMPRESSION, static_cast<int>(compression));
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, static_cast<int>(request.compression));
     TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, 64);
     TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
     TIFFSetField(tiff, TIFFTAG_XRESOLUTION, points.width > 0 ? bitmap.pixelsWide * 72 / points.width : 72);
@@ -63,10 +64,8 @@ void setTags(TIFF* tiff, const Bitmap& bitmap, Size points, TIFFCompression comp
 
 } // namespace
 
-std::optional<Data> writeTIFF(const Bitmap& bitmap, Size points, TIFFCompression compression)
+std::optional<Data> writeTIFF(const Bitmap& bitmap, const WriteRequest& request)
 {
-    if (bitmap.pixelsWide == 0 || bitmap.pixelsHigh == 0)
-        return std::nullopt;
     TIFFSetErrorHandler(nullptr);
     TIFFSetWarningHandler(nullptr);
     Output output;
@@ -76,7 +75,7 @@ std::optional<Data> writeTIFF(const Bitmap& bitmap, Size points, TIFFCompression
         TIFFClientOpen("bitmap", "wm", &output, read, write, seek, close, size, nullptr, nullptr), TIFFClose);
     if (!tiff)
         return std::nullopt;
-    setTags(tiff.get(), bitmap, points, compression);
+    setTags(tiff.get(), bitmap, request);
     std::vector<std::uint8_t> row(bitmap.bytesPerRow()); // LZW may change what it writes.
     for (std::uint32_t y = 0; y < bitmap.pixelsHigh; ++y) {
         std::copy_n(bitmap.row(y), row.size(), row.begin());
