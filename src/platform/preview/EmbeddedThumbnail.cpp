@@ -44,18 +44,17 @@ std::vector<std::string> chosenMembers(ZipReader& archive, bool isComic)
         const std::string name = lowered(member.name);
         const auto* const place = std::ranges::find(places, name);
         if (place != std::end(places) && member.size <= LargestMember)
-            ranked.emplace_back(place - std::begin(places), member.name);
+            ranked.emplace_back(1 + place - std::begin(places), member.name);
         if (isComic && isPictureName(name) && (firstPage.empty() || member.name < firstPage))
             firstPage = member.name;
         return ranked.size() < std::size(places);
     });
-    std::ranges::sort(ranked);
-    std::vector<std::string> names;
-    for (auto& [rank, name] : ranked)
-        names.push_back(std::move(name));
     if (!firstPage.empty())
-        names.insert(names.begin(), std::move(firstPage));
-    names.resize(std::min(names.size(), MostThumbnails));
+        ranked.emplace_back(0, std::move(firstPage));
+    std::ranges::sort(ranked);
+    ranked.resize(std::min(ranked.size(), MostThumbnails));
+    std::vector<std::string> names(ranked.size());
+    std::ranges::transform(ranked, names.begin(), [](const auto& member) { return member.second; });
     return names;
 }
 

@@ -9,6 +9,7 @@ namespace caddis::movie {
 namespace {
 
 constexpr std::int64_t Beginning = INT64_MIN;
+constexpr std::int64_t ShortStepBack = 2; // Seconds.
 constexpr std::int64_t StepBack = 10; // Seconds.
 
 std::int64_t firstTimestamp(const AVStream& stream)
@@ -35,6 +36,8 @@ FrameSearch::FrameSearch(AVFormatContext& format, AVStream& stream, const Patien
     , m_stream(stream)
     , m_patience(patience)
 {
+    const AVRational rate = av_guess_frame_rate(&format, &stream, nullptr);
+    m_usualDuration = rate.num > 0 ? av_rescale_q(1, av_inv_q(rate), stream.time_base) : 0;
 }
 
 // One thread: a second one gains nothing before the first frame is out.
@@ -62,8 +65,7 @@ FramePointer FrameSearch::frameAt(Time time)
     const AVRational timeBase = m_stream.time_base;
     const std::int64_t target = firstTimestamp(m_stream)
         + av_rescale_q_rnd(time.value, { 1, time.timescale }, timeBase, AV_ROUND_DOWN);
-    const std::int64_t earlier = target - av_rescale_q(StepBack, { 1, 1 }, timeBase);
-    for (const std::int64_t start : { target, earlier, Beginning }) {
+    for (const std::int64_t start : startsFor(target)) {
         if (!startAt(start))
             continue;
         FramePointer frame = decodeTo(target);
@@ -73,6 +75,27 @@ FramePointer FrameSearch::frameAt(Time time)
             return frame;
     }
     return nullptr;
+}
+
+// MPEG video is not marked, though what the library gives for it are guesses.
+bool FrameSearch::hasNoTimestamps() const
+{
+    return (m_format.iformat->flags & AVFMT_NOTIMESTAMPS) || isFormat("mpegvideo");
+}
+
+bool FrameSearch::isFormat(std::string_view name) const { return m_format.iformat->name == name; }
+
+// Where decoding may start, nearest first. Streams without time stamps are counted from the beginning. In
+// program streams a packet may hold several frames and a stamp for the first alone; after a seek the others'
+// are guesses until the next packet, so we start well before the target.
+std::vector<std::int64_t> FrameSearch::startsFor(std::int64_t target) const
+{
+    const auto before = [&](std::int64_t seconds) {
+        return target - av_rescale_q(seconds, { 1, 1 }, m_stream.time_base);
+    };
+    if (hasNoTimestamps())
+        return { Beginning };
+    return { isFormat("mpeg") ? before(ShortStepBack) : target, before(StepBack), Beginning };
 }
 
 bool FrameSearch::startAt(std::int64_t timestamp)
@@ -85,10 +108,12 @@ bool FrameSearch::startAt(std::int64_t timestamp)
         || avformat_seek_file(&m_format, -1, INT64_MIN, 0, INT64_MAX, AVSEEK_FLAG_BYTE) >= 0;
 }
 
-// The last frame that begins at or before the target, else the first one behind it.
+// The last frame that begins at or before the target, else the first one behind it. A frame without a time
+// stamp follows its predecessor.
 FramePointer FrameSearch::decodeTo(std::int64_t target)
 {
     FramePointer best;
+    std::int64_t next = firstTimestamp(m_stream);
     FramePointer frame(av_frame_alloc());
     while (frame && !m_patience.isOver()) {
         const int result = avcodec_receive_frame(m_codec.get(), frame.get());
@@ -101,6 +126,9 @@ FramePointer FrameSearch::decodeTo(std::int64_t target)
             break;
         if (result < 0)
             continue;
+        if (hasNoTimestamps() || frame->best_effort_timestamp == AV_NOPTS_VALUE)
+            frame->best_effort_timestamp = next;
+        next = frame->best_effort_timestamp + m_usualDuration;
         const bool isBehind = frame->best_effort_timestamp > target;
         if (!isBehind || !best) {
             best.reset(av_frame_alloc());
@@ -124,7 +152,8 @@ bool FrameSearch::sendNextPacket(std::int64_t target)
             return avcodec_send_packet(m_codec.get(), nullptr) >= 0;
         if (packet->stream_index != m_stream.index)
             continue;
-        m_codec->skip_frame = endsBefore(*packet, target) ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
+        const bool isInVain = !hasNoTimestamps() && endsBefore(*packet, target);
+        m_codec->skip_frame = isInVain ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
         if (avcodec_send_packet(m_codec.get(), packet.get()) >= 0)
             return true;
     }

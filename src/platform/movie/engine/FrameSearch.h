@@ -4,7 +4,8 @@
 #include "platform/movie/engine/FFmpeg.h"
 #include "platform/movie/engine/Patience.h"
 
-#include <optional>
+#include <string_view>
+#include <vector>
 
 namespace caddis::movie {
 
@@ -23,6 +24,9 @@ public:
 
 private:
     bool openCodec();
+    bool isFormat(std::string_view name) const;
+    bool hasNoTimestamps() const;
+    std::vector<std::int64_t> startsFor(std::int64_t target) const;
     bool startAt(std::int64_t timestamp);
     FramePointer decodeTo(std::int64_t target);
     bool sendNextPacket(std::int64_t target);
@@ -30,6 +34,7 @@ private:
     AVFormatContext& m_format;
     AVStream& m_stream;
     const Patience& m_patience;
+    std::int64_t m_usualDuration; // Of a frame, in the stream's unit; 0 when unknown.
     CodecPointer m_codec;
 };
 
