@@ -74,7 +74,7 @@ String outcome(const String& source, bool runsWhole)
     Interpreter interpreter;
     const Interpreter::Call call(interpreter, {});
     try {
-        auto program = parseScript(source);
+        auto program = parseScript(source, interpreter.applications());
         const ScriptCode& code = program->script;
         const Datum made = instantiate(interpreter, std::move(program), code, nullptr);
         auto& script = made.as<ScriptObject>();

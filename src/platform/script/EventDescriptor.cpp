@@ -243,8 +243,8 @@ std::optional<bool> EventDescriptor::booleanValue() const
 
 std::optional<FourCharCode> EventDescriptor::codeValue() const
 {
-    const bool isCode
-        = m_type == "type"_code || m_type == "enum"_code || m_type == "prop"_code || m_type == "keyw"_code;
+    const bool isCode = m_type == "type"_code || m_type == "enum"_code || m_type == "prop"_code
+        || m_type == "keyw"_code || m_type == "abso"_code;
     return isCode ? read<FourCharCode>(m_data) : std::nullopt;
 }
 

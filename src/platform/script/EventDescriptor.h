@@ -34,7 +34,7 @@ public:
     static EventDescriptor withInt32(std::int32_t value);
     static EventDescriptor withDouble(double value);
     static EventDescriptor withString(const String& text);
-    /// 'type', 'enum', 'prop' or 'keyw' whose data is another code.
+    /// 'type', 'enum', 'prop', 'keyw' or 'abso' whose data is another code.
     static EventDescriptor withCode(FourCharCode type, FourCharCode code);
     /// 'ldt ': the whole seconds of the instant's local time since 1904.
     static EventDescriptor withDate(const Date& date);

@@ -25,6 +25,7 @@ std::size_t unitWidth(FourCharCode type, std::size_t size)
     case "enum"_code:
     case "prop"_code:
     case "keyw"_code:
+    case "abso"_code:
     case "kpid"_code:
     case "psn "_code:
         return 4;
@@ -102,6 +103,13 @@ private:
     std::vector<std::uint8_t> m_bytes;
 };
 
+// Records with a type of their own that is known to be one inside another container: object specifiers and
+// their parts. Of other types only the bytes can be told.
+bool isSpecifierType(FourCharCode type)
+{
+    return type == "obj "_code || type == "rang"_code || type == "insl"_code;
+}
+
 // Reads items from a part of the data; every length is checked against what is left of that part.
 class Reader {
 public:
@@ -165,6 +173,8 @@ public:
         reader.skipPad(length);
         if (reader.rest())
             return std::nullopt;
+        if (isSpecifierType(type))
+            return container(type, body, 1);
         if (type != "list"_code && type != "reco"_code)
             return body.scalar(type);
         if (!body.expect(0) || !body.expect(0) || !body.expect(MiddleBlock) || !body.expect(type))
@@ -213,7 +223,7 @@ private:
         if (!reader.number(type) || !reader.number(length) || !reader.part(length, body))
             return std::nullopt;
         reader.skipPad(length);
-        if (type == "list"_code || type == "reco"_code)
+        if (type == "list"_code || type == "reco"_code || isSpecifierType(type))
             return container(type, body, depth + 1);
         return body.scalar(type);
     }

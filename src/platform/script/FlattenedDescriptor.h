@@ -9,7 +9,7 @@
 ///     record with a class of its own
 ///                     'dle2' 0 TYPE REST COUNT 0 items
 ///     item            [KEYWORD in a record] TYPE LENGTH data, padded
-///     item that is a container
+///     item that is a container (a list, a record, an object specifier or a part of one)
 ///                     [KEYWORD] TYPE LENGTH COUNT 0 items                LENGTH = 8 + the items' bytes
 ///
 /// Codes, numbers, dates and the units of 'utxt' are turned to big-endian; other data passes untouched.

@@ -30,6 +30,11 @@ void appendEntry(MutableString& out, std::u16string_view key, std::u16string_vie
 
 } // namespace
 
+String withApplicationName(const String& applicationName, const String& message)
+{
+    return applicationName.isEmpty() ? message : format(u"%@ got an error: %@", applicationName, message);
+}
+
 String ScriptErrorInfo::description() const
 {
     MutableString out;
@@ -37,7 +42,7 @@ String ScriptErrorInfo::description() const
     if (!applicationName.isEmpty())
         appendEntry(out, u"NSAppleScriptErrorAppName", applicationName);
     appendEntry(out, u"NSAppleScriptErrorBriefMessage", message);
-    appendEntry(out, u"NSAppleScriptErrorMessage", message);
+    appendEntry(out, u"NSAppleScriptErrorMessage", withApplicationName(applicationName, message));
     appendEntry(out, u"NSAppleScriptErrorNumber", format(u"%d", number));
     if (range.isFound())
         appendEntry(

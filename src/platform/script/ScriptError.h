@@ -15,6 +15,7 @@ enum class ScriptErrorNumber : int {
     DuplicateFile = -48,
     FilePermission = -54,
     ApplicationNotRunning = -600,
+    ConnectionInvalid = -609,
     CannotCoerce = -1700,
     ParameterMissing = -1701,
     NotUnderstood = -1708,
@@ -53,5 +54,8 @@ struct ScriptErrorInfo {
     /// The platform's error dictionary in its property-list form, keys sorted, as the log shows it.
     String description() const;
 };
+
+/// "NAME got an error: MESSAGE", or the message alone without a name.
+String withApplicationName(const String& applicationName, const String& message);
 
 } // namespace caddis

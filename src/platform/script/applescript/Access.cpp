@@ -4,6 +4,7 @@
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/FileSuite.h"
 #include "platform/script/applescript/Properties.h"
+#include "platform/script/applescript/RemoteObjects.h"
 #include "platform/script/applescript/SourceText.h"
 
 namespace caddis::applescript {
@@ -13,6 +14,13 @@ namespace {
 bool belongsToFiles(const Datum& container)
 {
     return container.is(Kind::Application) || container.is(Kind::File);
+}
+
+// What is known of an application without asking it.
+bool isAskedRemotely(const Datum& holder, Symbol name)
+{
+    const bool isKnown = name == Symbol::Name || name == Symbol::Running || name == Symbol::Class;
+    return isRemote(holder) && !(isKnown && holder.is(Kind::Application));
 }
 
 Datum getElements(Interpreter& interpreter, const Datum& container, const Selector& selector)
@@ -92,7 +100,9 @@ Datum get(Interpreter& interpreter, const Datum& container, const Selector& sele
         const Datum* place = container.as<ScriptObject>().find(selector.name);
         return place ? *place : Datum();
     }
-    return getElements(interpreter, interpreter.value(container), selector);
+    const Datum holder = interpreter.value(container);
+    return isRemote(holder) ? getRemote(interpreter, specifierOf(holder, selector))
+                            : getElements(interpreter, holder, selector);
 }
 
 void set(Interpreter& interpreter, const Datum& container, const Selector& selector, const Datum& value)
@@ -108,6 +118,10 @@ void set(Interpreter& interpreter, const Datum& container, const Selector& selec
         return;
     }
     const Datum holder = interpreter.value(container);
+    if (isRemote(holder)) {
+        setRemote(interpreter, specifierOf(holder, selector), value);
+        return;
+    }
     if (holder.is(Kind::List)) {
         setListElement(interpreter, holder, selector, value);
         return;
@@ -120,10 +134,12 @@ Datum getProperty(Interpreter& interpreter, const Datum& container, Symbol name)
 {
     if (name == Symbol::TextItemDelimiters)
         return textItemDelimiters();
+    const Datum holder = interpreter.value(container);
     // A reference's own properties; everything else is asked of what it refers to.
     if (name == Symbol::Contents)
-        return interpreter.value(container);
-    const Datum holder = interpreter.value(container);
+        return holder.is(Kind::Specifier) ? getRemote(interpreter, holder) : holder;
+    if (isAskedRemotely(holder, name))
+        return getRemote(interpreter, specifierOf(holder, { Selector::Form::Property, name }));
     if (belongsToFiles(holder)) {
         if (auto value = fileProperty(interpreter, holder, name))
             return *std::move(value);
@@ -151,6 +167,12 @@ void setProperty(Interpreter& interpreter, const Datum& container, Symbol name, 
         return;
     }
     const Datum holder = interpreter.value(container);
+    if (isRemote(holder)) {
+        const bool isWhole = name == Symbol::Contents && holder.is(Kind::Specifier);
+        setRemote(
+            interpreter, isWhole ? holder : specifierOf(holder, { Selector::Form::Property, name }), value);
+        return;
+    }
     const bool done = belongsToFiles(holder) ? setFileProperty(interpreter, holder, name, value)
                                              : setPropertyOfValue(interpreter, holder, name, value);
     if (!done)

@@ -17,6 +17,7 @@ ScriptErrorInfo errorFrom(const Failure& failure, Range position)
     ScriptErrorInfo info;
     info.number = failure.number;
     info.message = failure.message;
+    info.applicationName = failure.applicationName;
     info.range = failure.range.isFound() ? failure.range : position;
     return info;
 }
@@ -37,7 +38,7 @@ public:
         const Interpreter::Call call(m_interpreter, limits);
         m_interpreter.scriptPath = text.path;
         try {
-            auto program = parseScript(text.text);
+            auto program = parseScript(text.text, m_interpreter.applications());
             const ScriptCode& code = program->script;
             m_script = instantiate(m_interpreter, std::move(program), code, nullptr);
         } catch (const Failure& failure) {

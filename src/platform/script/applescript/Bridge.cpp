@@ -2,8 +2,10 @@
 
 #include "platform/base/URL.h"
 #include "platform/script/FlattenedDescriptor.h"
+#include "platform/script/applescript/ApplicationTerms.h"
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/SourceText.h"
+#include "platform/script/applescript/SpecifierDescriptors.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,8 +19,9 @@ constexpr FourCharCode UserFields = "usrf"_code;
 
 class Describer {
 public:
-    explicit Describer(Interpreter& interpreter)
+    Describer(Interpreter& interpreter, const ApplicationTerms* terms)
         : m_interpreter(interpreter)
+        , m_terms(terms)
     {
     }
 
@@ -54,9 +57,11 @@ private:
         std::vector<EventDescriptor::Field> fields;
         std::vector<EventDescriptor> userFields;
         for (const auto& [label, value] : record.fields()) {
-            const FourCharCode code = codeOf(label);
-            if (label == Symbol::Class && value.is(Kind::Class) && codeOf(value.asSymbol())) {
-                type = codeOf(value.asSymbol());
+            const FourCharCode code = codeOf(m_terms, TermRole::Property, label);
+            const FourCharCode own
+                = value.is(Kind::Class) ? codeOf(m_terms, TermRole::Class, value.asSymbol()) : 0;
+            if (label == Symbol::Class && own) {
+                type = own;
             } else if (code) {
                 fields.push_back({ code, describe(value, depth + 1) });
             } else {
@@ -69,9 +74,9 @@ private:
         return EventDescriptor::record(std::move(fields), type);
     }
 
-    static EventDescriptor code(FourCharCode type, Symbol symbol)
+    EventDescriptor code(FourCharCode type, TermRole role, Symbol symbol) const
     {
-        const FourCharCode code = codeOf(symbol);
+        const FourCharCode code = codeOf(m_terms, role, symbol);
         return code ? EventDescriptor::withCode(type, code) : EventDescriptor::withString(plainName(symbol));
     }
 
@@ -81,7 +86,7 @@ private:
         return { "furl"_code, Data::copyOf(url) };
     }
 
-    static EventDescriptor scalar(const Datum& value)
+    EventDescriptor scalar(const Datum& value)
     {
         switch (value.kind()) {
         case Kind::Unset:
@@ -95,9 +100,9 @@ private:
         case Kind::Real:
             return EventDescriptor::withDouble(value.asReal());
         case Kind::Class:
-            return code("type"_code, value.asSymbol());
+            return code("type"_code, TermRole::Class, value.asSymbol());
         case Kind::Constant:
-            return code("enum"_code, value.asSymbol());
+            return code("enum"_code, TermRole::Enumerator, value.asSymbol());
         case Kind::Text:
             return EventDescriptor::withString(value.as<Text>().value());
         case Kind::Date: {
@@ -110,50 +115,80 @@ private:
             return { value.as<DataObject>().type, value.as<DataObject>().bytes };
         case Kind::Script:
             return { "scpt"_code, Data() };
+        case Kind::Specifier:
+            return descriptorFromSpecifier(m_interpreter, value.as<SpecifierObject>());
+        case Kind::Application:
+            if (m_terms && value.as<ApplicationObject>().terms.get() == m_terms)
+                return {};
+            [[fallthrough]];
         default:
             return EventDescriptor::withString(sourceText(value));
         }
     }
 
     Interpreter& m_interpreter;
+    const ApplicationTerms* const m_terms;
 };
 
-Datum recordFrom(const EventDescriptor& descriptor)
+// Reads descriptors in the words of an application, or the language's alone.
+class DescriptorReader {
+public:
+    explicit DescriptorReader(const Datum& application)
+        : m_application(application)
+        , m_terms(
+              application.is(Kind::Application) ? application.as<ApplicationObject>().terms.get() : nullptr)
+    {
+    }
+
+    Datum value(const EventDescriptor& descriptor) const;
+
+private:
+    Datum record(const EventDescriptor& descriptor) const;
+    void addUserFields(Record& record, const EventDescriptor& list) const;
+    std::optional<Datum> code(const EventDescriptor& descriptor) const;
+
+    const Datum& m_application;
+    const ApplicationTerms* const m_terms;
+};
+
+void DescriptorReader::addUserFields(Record& record, const EventDescriptor& list) const
+{
+    for (std::size_t position = 1; position + 1 <= list.numberOfItems(); position += 2) {
+        const String label = list.descriptorAtIndex(position).stringValue().value_or(String());
+        record.set(symbolOfUserName(label), value(list.descriptorAtIndex(position + 1)));
+    }
+}
+
+Datum DescriptorReader::record(const EventDescriptor& descriptor) const
 {
     Datum made = make<Record>();
     auto& record = made.as<Record>();
     if (descriptor.descriptorType() != "reco"_code) {
-        if (const Symbol type = termWithCode(descriptor.descriptorType()); type != Symbol::None)
-            record.set(Symbol::Class, Datum::classNamed(type));
+        const Symbol type = nameWithCode(m_terms, TermRole::Class, descriptor.descriptorType());
+        record.set(Symbol::Class, Datum::classNamed(type));
     }
-    for (const auto& [keyword, value] : descriptor.fields()) {
-        if (keyword == UserFields && value.isList()) {
-            for (std::size_t position = 1; position + 1 <= value.numberOfItems(); position += 2) {
-                const String label = value.descriptorAtIndex(position).stringValue().value_or(String());
-                record.set(
-                    symbolOfUserName(label), valueFromDescriptor(value.descriptorAtIndex(position + 1)));
-            }
-            continue;
-        }
-        Symbol label = termWithCode(keyword);
-        if (label == Symbol::None)
-            label = symbolOfUserName(format(u"«property %s»", codeCharacters(keyword)));
-        record.set(label, valueFromDescriptor(value));
+    for (const auto& [keyword, field] : descriptor.fields()) {
+        if (keyword == UserFields && field.isList())
+            addUserFields(record, field);
+        else
+            record.set(nameWithCode(m_terms, TermRole::Property, keyword), value(field));
     }
     return made;
 }
 
-std::optional<Datum> codeFrom(const EventDescriptor& descriptor)
+std::optional<Datum> DescriptorReader::code(const EventDescriptor& descriptor) const
 {
     const auto code = descriptor.codeValue();
     if (!code)
         return std::nullopt;
     if (*code == "msng"_code)
         return Datum::missing();
-    const Symbol symbol = termWithCode(*code);
-    if (symbol == Symbol::None)
+    const bool isConstant = descriptor.descriptorType() == "enum"_code;
+    const TermRole role = isConstant ? TermRole::Enumerator : TermRole::Class;
+    if (!m_terms && termWithCode(*code) == Symbol::None)
         return std::nullopt;
-    return descriptor.descriptorType() == "enum"_code ? Datum::constant(symbol) : Datum::classNamed(symbol);
+    const Symbol symbol = nameWithCode(m_terms, role, *code);
+    return isConstant ? Datum::constant(symbol) : Datum::classNamed(symbol);
 }
 
 std::optional<Datum> numberFrom(const EventDescriptor& descriptor)
@@ -200,28 +235,27 @@ std::optional<Datum> fileFrom(const EventDescriptor& descriptor)
     return path ? std::optional(make<FileObject>(Symbol::PosixFile, *path)) : std::nullopt;
 }
 
-} // namespace
-
-EventDescriptor descriptorFromValue(Interpreter& interpreter, const Datum& value)
-{
-    return Describer(interpreter).describe(value, 0);
-}
-
-Datum valueFromDescriptor(const EventDescriptor& descriptor)
+Datum DescriptorReader::value(const EventDescriptor& descriptor) const
 {
     if (descriptor.isNull())
         return Datum::missing();
     if (descriptor.isList()) {
         Datum made = make<List>();
         for (const auto& field : descriptor.fields())
-            made.as<List>().append(valueFromDescriptor(field.value));
+            made.as<List>().append(value(field.value));
         return made;
     }
+    if (descriptor.descriptorType() == "obj "_code && m_terms) {
+        if (auto specifier = specifierFromDescriptor(descriptor, m_application))
+            return *std::move(specifier);
+    }
     if (descriptor.isRecord())
-        return recordFrom(descriptor);
+        return record(descriptor);
     if (const auto yes = descriptor.booleanValue())
         return Datum::boolean(*yes);
-    for (const auto convert : { codeFrom, numberFrom, dateFrom, fileFrom }) {
+    if (auto symbol = code(descriptor))
+        return *std::move(symbol);
+    for (const auto convert : { numberFrom, dateFrom, fileFrom }) {
         if (auto value = convert(descriptor))
             return *std::move(value);
     }
@@ -231,6 +265,19 @@ Datum valueFromDescriptor(const EventDescriptor& descriptor)
     if (isText)
         return Datum::text(descriptor.stringValue().value_or(String()));
     return make<DataObject>(descriptor.descriptorType(), descriptor.data());
+}
+
+} // namespace
+
+EventDescriptor descriptorFromValue(
+    Interpreter& interpreter, const Datum& value, const ApplicationTerms* terms)
+{
+    return Describer(interpreter, terms).describe(value, 0);
+}
+
+Datum valueFromDescriptor(const EventDescriptor& descriptor, const Datum& application)
+{
+    return DescriptorReader(application).value(descriptor);
 }
 
 } // namespace caddis::applescript

@@ -91,12 +91,15 @@ Datum LabelledCallExpression::evaluate(Frame& frame) const
 Datum CommandExpression::evaluate(Frame& frame) const
 {
     CommandCall call(frame, spec);
+    const auto argument = [&](const Expression& expression) {
+        return spec.takesContainer ? expression.asContainer(frame) : expression.evaluate(frame);
+    };
     if (direct)
-        call.direct = spec.takesReference ? direct->reference(frame) : direct->evaluate(frame);
+        call.direct = spec.takesReference ? direct->reference(frame) : argument(*direct);
     else if (frame.target.isSet() && spec.defaultsToTarget)
         call.direct = frame.target;
     for (const auto& [parameter, value] : arguments)
-        call.setArgument(parameter, value->evaluate(frame));
+        call.setArgument(parameter, argument(*value));
     return spec.perform(call);
 }
 

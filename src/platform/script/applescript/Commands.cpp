@@ -1,5 +1,6 @@
 #include "platform/script/applescript/Commands.h"
 
+#include "platform/script/applescript/ApplicationTerms.h"
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/Terms.h"
 
@@ -51,7 +52,8 @@ CommandMatch matchCommand(std::span<const Symbol> words)
 std::optional<std::pair<std::size_t, std::size_t>> matchParameter(
     const CommandSpec& spec, std::span<const Symbol> words)
 {
-    const PhraseTable::Match match = table().parameters[indexOf(spec)].longest(words);
+    const PhraseTable& labels = spec.remote ? spec.remote->phrases : table().parameters[indexOf(spec)];
+    const PhraseTable::Match match = labels.longest(words);
     return match.words ? std::optional(std::pair(match.value, match.words)) : std::nullopt;
 }
 

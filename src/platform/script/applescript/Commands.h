@@ -8,6 +8,7 @@
 namespace caddis::applescript {
 
 class CommandCall;
+struct RemoteCommand;
 
 struct CommandParameter {
     std::string_view label; ///< one or more words: "with title"
@@ -24,6 +25,9 @@ struct CommandSpec {
     bool takesReference = false; ///< the direct parameter is not looked into: exists x
     bool defaultsToTarget = false; ///< without a direct parameter, `it` is meant
     bool needsDirect = false; ///< a word of its own otherwise: a variable named `round`
+    bool isOfFiles = false; ///< only understood by the built-in file applications
+    bool takesContainer = false; ///< objects of applications are not asked for their values: count x
+    const RemoteCommand* remote = nullptr; ///< of an application's dictionary
 };
 
 /// One command with its arguments.
@@ -38,6 +42,7 @@ public:
     }
 
     void setArgument(std::size_t parameter, Datum value) { m_arguments[parameter] = std::move(value); }
+    const Datum& argumentAt(std::size_t parameter) const { return m_arguments[parameter]; }
     /// Not set when the argument is not given.
     const Datum& argument(std::string_view label) const;
     bool flag(std::string_view label, bool fallback) const;

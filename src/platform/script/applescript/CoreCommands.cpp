@@ -3,6 +3,7 @@
 #include "platform/script/applescript/Commands.h"
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/FileSuite.h"
+#include "platform/script/applescript/RemoteObjects.h"
 #include "platform/script/applescript/SourceText.h"
 
 namespace caddis::applescript {
@@ -14,6 +15,8 @@ Datum count(CommandCall& call)
     const Datum& each = call.argument("each");
     const Datum value = call.requireDirect();
     const Symbol counted = each.is(Kind::Class) ? each.asSymbol() : Symbol::Item;
+    if (isRemote(value))
+        return countRemote(call.interpreter, value, counted);
     return Datum::number(countElements(call.interpreter, value, counted));
 }
 
@@ -28,6 +31,8 @@ Datum logValue(CommandCall& call)
 // Whether what is named can be had at all.
 Datum exists(CommandCall& call)
 {
+    if (call.direct.is(Kind::Specifier))
+        return existsRemote(call.interpreter, call.direct);
     try {
         const Datum value = call.interpreter.value(call.direct);
         if (const auto* file = value.get<FileObject>())
@@ -54,9 +59,9 @@ Datum runScriptObject(CommandCall& call)
 Datum startApplication(CommandCall& call)
 {
     const Datum value = call.direct.isSet() ? call.interpreter.value(call.direct) : Datum();
-    const auto* application = value.get<ApplicationObject>();
     requireApplication(value);
-    if (application && !application->name.isEmpty() && !isFileApplication(application->name))
+    if (value.is(Kind::Application)
+        && !requireBoolean(call.interpreter, getProperty(call.interpreter, value, Symbol::Running)))
         fail(ScriptErrorNumber::ApplicationNotRunning, format(u"%@ isn’t running.", sourceText(value)));
     return {};
 }
@@ -68,7 +73,8 @@ constexpr CommandSpec commands[] = {
         .perform = count,
         .parameters = countParameters,
         .bindsTightly = true,
-        .defaultsToTarget = true },
+        .defaultsToTarget = true,
+        .takesContainer = true },
     { .name = "log", .perform = logValue, .parameters = {}, .takesWholeExpression = true },
     { .name = "exists",
         .perform = exists,

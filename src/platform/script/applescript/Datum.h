@@ -27,6 +27,7 @@ enum class Kind : std::uint8_t {
     Data,
     Application,
     Unit,
+    Specifier, ///< an object of an application outside
 };
 
 class Text;
@@ -40,6 +41,7 @@ class FileObject;
 class DataObject;
 class ApplicationObject;
 class UnitObject;
+class SpecifierObject;
 
 /// One value of the language: small ones stand in it, the others are counted objects that copies share.
 class Datum {

@@ -1,8 +1,10 @@
 #include "platform/script/applescript/Expressions.h"
 
 #include "platform/script/applescript/Access.h"
+#include "platform/script/applescript/ApplicationTerms.h"
 #include "platform/script/applescript/Coercions.h"
 #include "platform/script/applescript/Failure.h"
+#include "platform/script/applescript/RemoteObjects.h"
 #include "platform/script/applescript/SourceText.h"
 
 namespace caddis::applescript {
@@ -68,6 +70,11 @@ Datum textOfCodePoints(Interpreter& interpreter, const Datum& value)
         text.append(static_cast<char16_t>(point >= 0x10000 ? 0xDC00 + (point & 0x3FF) : point));
     }
     return Datum::text(std::move(text).take());
+}
+
+Datum applicationNamed(Interpreter& interpreter, const String& name)
+{
+    return make<ApplicationObject>(name, interpreter.applications().named(name));
 }
 
 } // namespace
@@ -146,13 +153,19 @@ Datum CoerceExpression::evaluate(Frame& frame) const
     failCoercion(wanted, Symbol::Class);
 }
 
+Datum GetExpression::evaluate(Frame& frame) const
+{
+    const Datum value = frame.interpreter.value(operand->asContainer(frame));
+    return value.is(Kind::Specifier) ? getRemote(frame.interpreter, value) : value;
+}
+
 Datum ObjectExpression::evaluate(Frame& frame) const
 {
     Interpreter& interpreter = frame.interpreter;
     const Datum value = interpreter.value(key->evaluate(frame));
     switch (objectClass) {
     case Symbol::Application:
-        return make<ApplicationObject>(requireText(interpreter, value));
+        return applicationNamed(interpreter, requireText(interpreter, value));
     case Symbol::PosixFile: {
         const String path = requireText(interpreter, value);
         return make<FileObject>(

@@ -114,6 +114,19 @@ public:
     ExpressionPointer target;
 };
 
+/// get x: the value, even where a part of x would have been named by itself.
+class GetExpression final : public Expression {
+public:
+    explicit GetExpression(ExpressionPointer itsOperand)
+        : operand(std::move(itsOperand))
+    {
+        depth = operand->depth + 1;
+    }
+    Datum evaluate(Frame& frame) const override;
+
+    ExpressionPointer operand;
+};
+
 /// application "x", date "x", alias "x", POSIX file "x": a class and what the object is made from.
 class ObjectExpression final : public Expression {
 public:

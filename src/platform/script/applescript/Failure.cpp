@@ -4,6 +4,8 @@
 
 namespace caddis::applescript {
 
+String Failure::fullMessage() const { return withApplicationName(applicationName, message); }
+
 void fail(ScriptErrorNumber number, const String& message)
 {
     Failure failure;

@@ -15,8 +15,11 @@ struct Failure {
     Datum expected; ///< the class that was wanted: `to`
     Datum partialResult;
     Range range; ///< in the source; NotFound until a statement is known
+    String applicationName; ///< of the application that refused
     bool endsScript = false; ///< the deadline: no `try` handles it
 
+    /// With the application's name before it.
+    String fullMessage() const;
     bool is(ScriptErrorNumber wanted) const { return number == static_cast<int>(wanted); }
 };
 

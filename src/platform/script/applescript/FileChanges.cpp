@@ -193,10 +193,22 @@ constexpr CommandParameter moveParameters[] = { { "to" }, { "replacing", true },
 constexpr CommandParameter makeParameters[] = { { "at" }, { "with properties" }, { "with data" }, { "to" } };
 
 constexpr CommandSpec commands[] = {
-    { .name = "move", .perform = moveItem, .parameters = moveParameters, .needsDirect = true },
-    { .name = "duplicate", .perform = duplicateItem, .parameters = moveParameters, .needsDirect = true },
-    { .name = "delete", .perform = deleteItem, .parameters = {}, .needsDirect = true },
-    { .name = "make new", .perform = makeItem, .parameters = makeParameters, .bindsTightly = true },
+    { .name = "move",
+        .perform = moveItem,
+        .parameters = moveParameters,
+        .needsDirect = true,
+        .isOfFiles = true },
+    { .name = "duplicate",
+        .perform = duplicateItem,
+        .parameters = moveParameters,
+        .needsDirect = true,
+        .isOfFiles = true },
+    { .name = "delete", .perform = deleteItem, .parameters = {}, .needsDirect = true, .isOfFiles = true },
+    { .name = "make new",
+        .perform = makeItem,
+        .parameters = makeParameters,
+        .bindsTightly = true,
+        .isOfFiles = true },
 };
 
 } // namespace

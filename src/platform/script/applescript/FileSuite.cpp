@@ -3,6 +3,7 @@
 #include "platform/script/HFSPath.h"
 #include "platform/script/LongDateTime.h"
 #include "platform/script/applescript/Access.h"
+#include "platform/script/applescript/ApplicationTerms.h"
 #include "platform/script/applescript/Coercions.h"
 #include "platform/script/applescript/Elements.h"
 #include "platform/script/applescript/Failure.h"
@@ -190,7 +191,8 @@ std::optional<Datum> applicationProperty(const ApplicationObject& application, S
     case Symbol::Version:
         return Datum::text(u"1.0");
     case Symbol::Running:
-        return Datum::boolean(application.name.isEmpty() || isFileApplication(application.name));
+        return Datum::boolean(application.name.isEmpty() || isFileApplication(application.name)
+            || (application.terms && application.terms->application().isRunning()));
     case Symbol::Frontmost:
         return Datum::boolean(false);
     case Symbol::Id:
@@ -220,7 +222,7 @@ bool isFileApplication(const String& name)
 void requireApplication(const Datum& application)
 {
     const auto* object = application.get<ApplicationObject>();
-    if (object && !object->name.isEmpty() && !isFileApplication(object->name))
+    if (object && !object->name.isEmpty() && !object->terms && !isFileApplication(object->name))
         fail(ScriptErrorNumber::CannotGet, format(u"Can’t get %@.", sourceText(application)));
 }
 

@@ -1,6 +1,7 @@
 #include "platform/script/applescript/Interpreter.h"
 
 #include "platform/script/applescript/Access.h"
+#include "platform/script/applescript/ApplicationTerms.h"
 #include "platform/script/applescript/Commands.h"
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/OpenFile.h"
@@ -43,6 +44,7 @@ LanguageState& languageState()
 // The words of all phrases get their numbers before the first script brings its own.
 Interpreter::Interpreter()
     : m_heap(std::size_t { 512 } << 20)
+    , m_applications(std::make_unique<ApplicationTable>())
 {
     static const bool isVocabularyMade = (matchTerm({}, true), matchCommand({}), matchEventHandler({}), true);
     static_cast<void>(isVocabularyMade);
@@ -64,6 +66,7 @@ Interpreter::Call::Call(Interpreter& interpreter, const ScriptLimits& limits)
     interpreter.m_stackFloor = stackPointer() - usableStack();
     currentAttributes() = DefaultAttributes;
     interpreter.position = {};
+    interpreter.eventTimeout = DefaultEventTimeout;
 }
 
 Interpreter::Call::~Call()

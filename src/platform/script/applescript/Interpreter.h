@@ -20,6 +20,7 @@ struct LanguageState {
 LanguageState& languageState();
 
 struct OpenFile;
+class ApplicationTable;
 
 /// Runs one compiled script and keeps its memory. Not for several threads at once.
 class Interpreter {
@@ -68,9 +69,15 @@ public:
     /// The script's run handler, written out or not; no value when it has none.
     Datum run(ScriptObject& script);
 
+    ApplicationTable& applications() { return *m_applications; }
+
     Range position; ///< of the statement that runs
     String scriptPath; ///< of the file that the script came from, or empty
     std::map<String, std::shared_ptr<OpenFile>> openFiles;
+    /// How long an application may take to answer: `with timeout`.
+    std::chrono::milliseconds eventTimeout = DefaultEventTimeout;
+
+    static constexpr std::chrono::milliseconds DefaultEventTimeout { 120'000 };
 
 private:
     void refuel();
@@ -78,6 +85,7 @@ private:
     template <typename Bind> Datum enter(const Callee& callee, ScriptObject& self, Bind bind);
 
     Heap m_heap;
+    std::unique_ptr<ApplicationTable> m_applications;
     unsigned m_calls = 0;
     std::uint32_t m_fuel = 1;
     std::uint64_t m_stepsLeft = 0;

@@ -66,7 +66,7 @@ Flow RepeatInStatement::execute(Frame& frame) const
     for (std::size_t index = 0; index < count && index < items.as<List>().count(); ++index) {
         interpreter.step();
         const Datum& item = items.as<List>().items()[index];
-        const bool isItself = item.is(Kind::File) || item.is(Kind::Reference);
+        const bool isItself = item.is(Kind::File) || item.is(Kind::Reference) || item.is(Kind::Specifier);
         Selector selector { Selector::Form::Index, Symbol::Item };
         selector.key = Datum::integer(static_cast<std::int64_t>(index) + 1);
         place->assign(frame, isItself ? item : make<ReferenceObject>(items, std::move(selector)));

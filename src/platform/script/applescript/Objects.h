@@ -141,16 +141,21 @@ public:
     Data bytes;
 };
 
+class ApplicationTerms;
+
 class ApplicationObject final : public Object {
 public:
     static constexpr Kind ItsKind = Kind::Application;
 
-    explicit ApplicationObject(const String& itsName)
+    explicit ApplicationObject(
+        const String& itsName, std::shared_ptr<const ApplicationTerms> itsTerms = nullptr)
         : name(itsName)
+        , terms(std::move(itsTerms))
     {
     }
 
     String name; ///< empty for the application that runs the script
+    std::shared_ptr<const ApplicationTerms> terms; ///< of an application outside; null for the others
 };
 
 /// A measure: 5 inches.
@@ -203,6 +208,29 @@ public:
     }
 
     Datum container;
+    Selector selector;
+
+private:
+    void dropReferences() override
+    {
+        container = Datum();
+        selector = {};
+    }
+};
+
+/// An object of an application outside, by the way it is named; only the application knows more. A value like
+/// others: it refers to nothing in the script.
+class SpecifierObject final : public Object {
+public:
+    static constexpr Kind ItsKind = Kind::Specifier;
+
+    SpecifierObject(Datum itsContainer, Selector itsSelector)
+        : container(std::move(itsContainer))
+        , selector(std::move(itsSelector))
+    {
+    }
+
+    Datum container; ///< another one, or the application
     Selector selector;
 
 private:

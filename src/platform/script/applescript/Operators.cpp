@@ -65,6 +65,11 @@ bool equalObjects(Interpreter& interpreter, const Datum& left, const Datum& righ
         return first.container.isSameObject(second.container)
             && sameSelector(interpreter, first.selector, second.selector);
     }
+    case Kind::Specifier:
+        return areEqual(
+                   interpreter, left.as<SpecifierObject>().container, right.as<SpecifierObject>().container)
+            && sameSelector(
+                interpreter, left.as<SpecifierObject>().selector, right.as<SpecifierObject>().selector);
     case Kind::Unit: {
         const auto same = convertUnit(right.as<UnitObject>(), left.as<UnitObject>().unit);
         return same && same->as<UnitObject>().value == left.as<UnitObject>().value;

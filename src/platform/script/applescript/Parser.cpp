@@ -18,23 +18,24 @@ const String& affordable(const String& source)
 
 } // namespace
 
-Parser::Parser(const String& source)
+Parser::Parser(const String& source, ApplicationTable& applications)
     : m_source(affordable(source))
     , m_tokens(tokensOf(source))
+    , m_applicationTable(applications)
+    , m_program(std::make_shared<Program>())
 {
 }
 
 std::shared_ptr<const Program> Parser::parse()
 {
-    collectHandlers();
-    auto program = std::make_shared<Program>();
-    program->source = m_source;
-    parseScriptBody(program->script);
+    collectNames();
+    m_program->source = m_source;
+    parseScriptBody(m_program->script);
     if (!at(TokenType::EndOfText))
         failExpected(String(u"end of script"));
-    program->script.bodyRange = { 0, m_source.length() };
+    m_program->script.bodyRange = { 0, m_source.length() };
     m_scopes.resolveAll();
-    return program;
+    return std::move(m_program);
 }
 
 const Token& Parser::peek(std::size_t ahead) const
@@ -138,10 +139,12 @@ void Parser::failExpected(const String& what) const
     throw Failure(failure);
 }
 
-// A call without parentheses looks like any two words; only the handlers' heads tell.
-void Parser::collectHandlers()
+// A call without parentheses looks like any two words; only the handlers' heads tell. An application that is
+// named at the end of a line gives the words before it their meaning.
+void Parser::collectNames()
 {
     bool startsLine = true;
+    const Symbol app = symbolOfPlainName(u"app");
     for (std::size_t index = 0; index + 2 < m_tokens.size(); ++index) {
         const Token& token = m_tokens[index];
         const Token& name = m_tokens[index + 1];
@@ -155,6 +158,8 @@ void Parser::collectHandlers()
         if (isHead && isLabelled && !(kindsOf(name.symbol) & ReservedWord) && !name.is(Symbol::Run))
             m_labelledHandlers.insert(name.symbol);
         startsLine = token.is(TokenType::EndOfLine);
+        if (token.is(Symbol::Application) || token.is(app))
+            m_applicationNames.push_back(index);
     }
 }
 
@@ -191,6 +196,9 @@ bool isPreposition(Symbol word)
     }
 }
 
-std::shared_ptr<const Program> parseScript(const String& source) { return Parser(source).parse(); }
+std::shared_ptr<const Program> parseScript(const String& source, ApplicationTable& applications)
+{
+    return Parser(source, applications).parse();
+}
 
 } // namespace caddis::applescript

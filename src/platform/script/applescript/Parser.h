@@ -10,16 +10,18 @@
 
 namespace caddis::applescript {
 
+class ApplicationTable;
 struct CommandMatch;
 
 /// Reads a source into a program, by recursive descent.
 ///
 /// The words after a term decide what it is: `text` is a class in `as text`, an element in `text 1 thru 3`, a
 /// property in `text of x`. Words inside a tell block to an application belong to its dictionary; what does
-/// not parse there without the dictionary becomes an UnknownExpression, which fails when it is reached.
+/// not parse there because the dictionary is not known becomes an UnknownExpression, which fails when it is
+/// reached.
 class Parser {
 public:
-    explicit Parser(const String& source);
+    Parser(const String& source, ApplicationTable& applications);
 
     std::shared_ptr<const Program> parse();
 
@@ -43,7 +45,7 @@ private:
     std::vector<Symbol> upcomingWords() const;
     [[noreturn]] void failExpected(const String& what) const;
     String describe(const Token& token) const;
-    void collectHandlers();
+    void collectNames();
     /// One level of nesting, given back when it goes.
     class Nesting;
 
@@ -85,6 +87,7 @@ private:
     std::unique_ptr<Statement> parseAttributes(bool considers);
     unsigned parseAttributeList();
     std::unique_ptr<Statement> parseWith();
+    std::unique_ptr<Statement> parseTimeout();
     std::unique_ptr<Statement> parseUsingTerms();
     std::unique_ptr<Statement> parseDeclaration();
     std::unique_ptr<Statement> parseNestedScript();
@@ -95,7 +98,16 @@ private:
     template <typename T> void finishLoop(T& statement, std::size_t first);
     ExpressionPointer parsePlace();
     void markAssigned(Expression& place);
-    bool isApplicationName() const;
+
+    // Applications and their words (ParserApplications.cpp).
+    std::size_t applicationNameLength() const;
+    std::shared_ptr<const ApplicationTerms> termsNamedInLine() const;
+    void useTermsOf(const Expression& target);
+    TermMatch termHere() const;
+    CommandMatch commandHere() const;
+    bool beginsDictionaryPhrase() const;
+    /// Words of the application that the rest of the line names, where no tell block gives any.
+    class LineTerms;
 
     // Expressions (ParserExpressions.cpp).
     ExpressionPointer parseExpression() { return parseBinary(Or); }
@@ -141,23 +153,28 @@ private:
     bool startsOperand() const;
     bool startsIndex() const;
     bool followsPossessive() const;
-    TermMatch termHere() const;
 
     const String m_source;
     std::vector<Token> m_tokens;
     std::size_t m_at = 0;
     unsigned m_depth = 0;
     unsigned m_loops = 0;
-    unsigned m_applications = 0; ///< tell blocks to applications around this place
+    unsigned m_unknownWords = 0; ///< tell blocks around this place whose words are not all known
+    bool m_inIsLabel = false; ///< of the command being read, so that it is no `of`
+    ApplicationTable& m_applicationTable;
+    std::shared_ptr<const ApplicationTerms> m_terms; ///< the dictionary at this place, if there is one
+    std::vector<std::size_t> m_applicationNames; ///< tokens at which an application is named by a literal
     Scopes m_scopes;
     std::unordered_set<Symbol> m_handlerNames; ///< of the whole source, found before all else
     std::unordered_set<Symbol> m_labelledHandlers; ///< those of them that are called without parentheses
+    std::shared_ptr<Program> m_program; ///< goes before the scopes, which its variables know
 };
 
 /// Whether the word may stand before a labelled parameter.
 bool isPreposition(Symbol word);
 
-/// Compiles a source on the current heap. Fails with a syntax error and its range.
-std::shared_ptr<const Program> parseScript(const String& source);
+/// Compiles a source on the current heap, which the applications belong to. Fails with a syntax error and its
+/// range.
+std::shared_ptr<const Program> parseScript(const String& source, ApplicationTable& applications);
 
 } // namespace caddis::applescript

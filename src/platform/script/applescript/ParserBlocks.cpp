@@ -1,36 +1,8 @@
 #include "platform/script/applescript/Parser.h"
 #include "platform/script/applescript/TextComparison.h"
 
-// Statements around other statements: tell, considering and ignoring, with timeout, using terms from.
+// Statements around other statements: considering and ignoring, with timeout.
 namespace caddis::applescript {
-
-bool Parser::isApplicationName() const
-{
-    const bool named = at(Symbol::Application) || at(symbolOfPlainName(u"app"));
-    return named && !peek(1).is(TokenType::EndOfLine);
-}
-
-std::unique_ptr<Statement> Parser::parseTell()
-{
-    auto statement = std::make_unique<TellStatement>(peek().range);
-    expect(Symbol::Tell);
-    accept(Symbol::The);
-    const unsigned outer = m_applications;
-    if (isApplicationName())
-        ++m_applications;
-    statement->target = parseExpression();
-    if (const auto* object = dynamic_cast<ObjectExpression*>(statement->target.get());
-        object && object->objectClass == Symbol::Application)
-        m_applications = outer + 1;
-    if (accept(Symbol::To)) {
-        statement->body.statements.push_back(parseStatement());
-    } else {
-        expectEndOfStatement();
-        statement->body = parseBlockUntilEnd();
-    }
-    m_applications = outer;
-    return statement;
-}
 
 namespace {
 
@@ -88,36 +60,30 @@ std::unique_ptr<Statement> Parser::parseAttributes(bool considers)
     return statement;
 }
 
-// with timeout of n seconds, with transaction: the deadline of the whole call stands above the former.
-std::unique_ptr<Statement> Parser::parseWith()
+std::unique_ptr<Statement> Parser::parseTimeout()
 {
-    auto statement = std::make_unique<BlockStatement>(peek().range);
-    expect(Symbol::With);
-    if (accept(Symbol::Timeout)) {
-        accept(Symbol::Of);
-        parseExpression();
-        if (!accept(Symbol::Seconds))
-            accept(symbolOfPlainName(u"second"));
-    } else {
-        expect(Symbol::Transaction);
-        if (!at(TokenType::EndOfLine))
-            parseExpression();
-    }
+    auto statement = std::make_unique<TimeoutStatement>(peek().range);
+    expect(Symbol::Timeout);
+    accept(Symbol::Of);
+    statement->seconds = parseExpression();
+    if (!accept(Symbol::Seconds))
+        accept(symbolOfPlainName(u"second"));
     expectEndOfStatement();
     statement->body = parseBlockUntilEnd();
     return statement;
 }
 
-std::unique_ptr<Statement> Parser::parseUsingTerms()
+std::unique_ptr<Statement> Parser::parseWith()
 {
+    expect(Symbol::With);
+    if (at(Symbol::Timeout))
+        return parseTimeout();
     auto statement = std::make_unique<BlockStatement>(peek().range);
-    expect(Symbol::Using);
-    expect(Symbol::TermsWord);
-    expect(Symbol::From);
-    skipLine();
-    ++m_applications;
+    expect(Symbol::Transaction);
+    if (!at(TokenType::EndOfLine))
+        parseExpression();
+    expectEndOfStatement();
     statement->body = parseBlockUntilEnd();
-    --m_applications;
     return statement;
 }
 

@@ -2,6 +2,7 @@
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/Parser.h"
 #include "platform/script/applescript/ParserNesting.h"
+#include "platform/script/applescript/Restored.h"
 
 #include <algorithm>
 
@@ -92,6 +93,9 @@ ExpressionPointer Parser::parseCommand(const CommandMatch& match)
     auto command = std::make_unique<CommandExpression>(*match.spec);
     const CommandSpec& spec = *match.spec;
     const bool beginsParameter = matchParameter(spec, upcomingWords()).has_value();
+    const Restored<bool> label(m_inIsLabel);
+    m_inIsLabel = std::ranges::any_of(
+        spec.parameters, [](const CommandParameter& parameter) { return parameter.label == "in"; });
     if (!beginsParameter) {
         accept(Symbol::Of);
         if (startsOperand() || (at(Symbol::Script) && spec.needsDirect)) {
@@ -109,7 +113,7 @@ ExpressionPointer Parser::parseCommand(const CommandMatch& match)
 bool Parser::parseCommandParameter(CommandExpression& command)
 {
     const auto parameter = matchParameter(command.spec, upcomingWords());
-    if (parameter && !command.spec.parameters[parameter->first].isFlag) {
+    if (parameter) {
         m_at += parameter->second;
         const bool isType = command.spec.parameters[parameter->first].label == "as";
         command.arguments.emplace_back(parameter->first, isType ? parseType() : parseBinary(Concatenation));

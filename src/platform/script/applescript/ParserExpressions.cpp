@@ -279,8 +279,7 @@ ExpressionPointer Parser::parseType()
     if (at(TokenType::Raw))
         return parseRaw();
     const TermMatch term = termHere();
-    const bool isClass
-        = term.words && ((kindsOf(term.symbol) & ClassName) || term.symbol == Symbol::MissingValue);
+    const bool isClass = term.words && ((term.kinds & ClassName) || term.symbol == Symbol::MissingValue);
     if (isClass && !m_scopes.isDeclared(peek().symbol)) {
         m_at += term.words;
         if (accept(Symbol::Of)) // as list of text

@@ -2,12 +2,11 @@
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/Parser.h"
 #include "platform/script/applescript/ParserNesting.h"
+#include "platform/script/applescript/Restored.h"
 
 #include <charconv>
 
 namespace caddis::applescript {
-
-TermMatch Parser::termHere() const { return matchTerm(upcomingWords(), m_applications != 0); }
 
 bool Parser::followsPossessive() const { return m_at > 0 && m_tokens[m_at - 1].is(TokenType::Possessive); }
 
@@ -60,6 +59,9 @@ bool Parser::startsOperand() const
     case Symbol::Not:
     case Symbol::Ref:
         return true;
+    case Symbol::Beginning:
+    case Symbol::End:
+        return peek(1).is(Symbol::Of);
     default:
         return false;
     }
@@ -140,7 +142,7 @@ ExpressionPointer Parser::parsePostfixOf(ExpressionPointer expression, bool isCo
         expression = std::move(filter);
     };
     parseCondition();
-    if (isPart() && (at(Symbol::Of) || (at(Symbol::In) && isSpecifier()))) {
+    if (isPart() && (at(Symbol::Of) || (at(Symbol::In) && isSpecifier() && !m_inIsLabel))) {
         next();
         accept(Symbol::The);
         expression = attach(std::move(expression), parsePostfix(true));
@@ -164,6 +166,8 @@ ExpressionPointer Parser::parsePrimary()
         return std::make_unique<Literal>(Datum::text(token.text));
     case TokenType::LeftParenthesis: {
         next();
+        const Restored<bool> label(m_inIsLabel);
+        m_inIsLabel = false;
         auto inner = parseExpression();
         expect(TokenType::RightParenthesis, u"“)”");
         // What is in parentheses is whole: (name of x) of y is not name of (x of y).
@@ -220,7 +224,7 @@ ExpressionPointer Parser::parseRaw()
 ExpressionPointer Parser::parseWord()
 {
     const Symbol word = peek().symbol;
-    if (kindsOf(word) & ReservedWord)
+    if (kindsOf(word) & ReservedWord && !beginsDictionaryPhrase())
         return parseReservedWord();
     if (word == Symbol::A && (peek(1).is(Symbol::Reference) || peek(1).is(Symbol::Ref))
         && peek(2).is(Symbol::To)) {
@@ -234,7 +238,7 @@ ExpressionPointer Parser::parseWord()
         return parseLabelledCall(next().symbol);
     const bool isCall = peek(1).is(TokenType::LeftParenthesis) && !peek(1).spaceBefore;
     const TermMatch term = termHere();
-    const CommandMatch command = matchCommand(upcomingWords());
+    const CommandMatch command = commandHere();
     if (command.spec && command.words >= term.words && !declared && !followsPossessive()) {
         const std::size_t start = m_at;
         m_at += command.words;
@@ -300,12 +304,12 @@ ExpressionPointer Parser::parseReservedWord()
         accept(Symbol::To);
         return std::make_unique<ReferenceExpression>(parsePostfix());
     case Symbol::Get:
-        if (const CommandMatch command = matchCommand(upcomingWords()); command.spec) {
+        if (const CommandMatch command = commandHere(); command.spec) {
             m_at += command.words;
             return parseCommand(command);
         }
         next();
-        return parsePostfix();
+        return std::make_unique<GetExpression>(parsePostfix());
     case Symbol::As: // as taught in school
         if (const TermMatch term = termHere(); term.words)
             return parseTerm(term);

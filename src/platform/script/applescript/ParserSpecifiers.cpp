@@ -7,7 +7,7 @@ namespace caddis::applescript {
 
 ExpressionPointer Parser::parseTerm(const TermMatch& term)
 {
-    const unsigned kinds = kindsOf(term.symbol);
+    const unsigned kinds = term.kinds;
     const bool isPart = followsPossessive()
         || (m_at > 0 && (m_tokens[m_at - 1].is(Symbol::My) || m_tokens[m_at - 1].is(Symbol::Its)));
     const bool hasOf = peek(term.words).is(Symbol::Of) || peek(term.words).is(Symbol::In);
@@ -37,7 +37,7 @@ ExpressionPointer Parser::parseConstant(Symbol name)
         return std::make_unique<Literal>(Datum::missing());
     if (name == Symbol::CurrentApplication)
         return std::make_unique<Literal>(make<ApplicationObject>(String()));
-    if (m_applications && name == Symbol::Desktop)
+    if (m_unknownWords && name == Symbol::Desktop)
         return std::make_unique<PropertyExpression>(name);
     if (auto value = name == Symbol::Version || name == Symbol::Name ? std::nullopt : languageConstant(name))
         return std::make_unique<Literal>(*std::move(value));
@@ -65,7 +65,7 @@ ExpressionPointer Parser::parseClass(const TermMatch& term)
         return std::make_unique<ObjectExpression>(
             Symbol::Id, at(TokenType::LeftBrace) ? parseList() : parseIndex());
     }
-    const bool hasElements = (kindsOf(name) & ElementClass) != 0;
+    const bool hasElements = (term.kinds & ElementClass) != 0;
     const bool hasOf = at(Symbol::Of) || at(Symbol::In);
     const bool selects = startsIndex() || at(Symbol::From) || at(Symbol::Named)
         || (at(Symbol::Id) && !peek(1).is(Symbol::Of))
@@ -123,7 +123,7 @@ void Parser::parseRangeEnd(ExpressionPointer& key, Symbol& keyClass)
         return;
     }
     const TermMatch term = termHere();
-    if (term.words && (kindsOf(term.symbol) & ElementClass) && !m_scopes.isDeclared(peek().symbol)) {
+    if (term.words && (term.kinds & ElementClass) && !m_scopes.isDeclared(peek().symbol)) {
         m_at += term.words;
         keyClass = term.symbol;
     }
@@ -156,7 +156,7 @@ ExpressionPointer Parser::parseOrdinal(Symbol word)
     else if (word >= Symbol::Second && word <= Symbol::Tenth)
         index = 2 + static_cast<int>(word) - static_cast<int>(Symbol::Second);
     const TermMatch term = termHere();
-    if (!term.words || !(kindsOf(term.symbol) & ElementClass))
+    if (!term.words || !(term.kinds & ElementClass))
         failExpected(String(u"class name"));
     m_at += term.words;
     const Form form = word == Symbol::Some ? Form::Some : word == Symbol::Middle ? Form::Middle : Form::Index;
@@ -170,7 +170,7 @@ ExpressionPointer Parser::parseEvery()
 {
     expect(Symbol::Every);
     const TermMatch term = termHere();
-    if (!term.words || !(kindsOf(term.symbol) & ElementClass))
+    if (!term.words || !(term.kinds & ElementClass))
         failExpected(String(u"class name"));
     m_at += term.words;
     return std::make_unique<ElementExpression>(canonicalClass(term.symbol), Selector::Form::Every);

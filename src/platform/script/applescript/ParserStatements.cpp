@@ -1,6 +1,7 @@
 #include "platform/script/applescript/Commands.h"
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/Parser.h"
+#include "platform/script/applescript/ParserLineTerms.h"
 #include "platform/script/applescript/ParserNesting.h"
 
 namespace caddis::applescript {
@@ -36,13 +37,15 @@ void Parser::parseEnd()
 
 std::unique_ptr<Statement> Parser::parseStatement()
 {
-    if (!m_applications)
+    if (!m_unknownWords)
         return parseStatementStrictly();
     const std::size_t first = m_at;
     const Scopes::Mark mark = m_scopes.mark();
     const unsigned depth = m_depth;
     const unsigned loops = m_loops;
-    const unsigned applications = m_applications;
+    const unsigned unknownWords = m_unknownWords;
+    const auto terms = m_terms;
+    const bool inIsLabel = m_inIsLabel;
     try {
         return parseStatementStrictly();
     } catch (const Failure& failure) {
@@ -52,7 +55,9 @@ std::unique_ptr<Statement> Parser::parseStatement()
         m_scopes.restore(mark);
         m_depth = depth;
         m_loops = loops;
-        m_applications = applications;
+        m_unknownWords = unknownWords;
+        m_terms = terms;
+        m_inIsLabel = inIsLabel;
         return skipUnknownStatement(first);
     }
 }
@@ -138,6 +143,7 @@ std::unique_ptr<Statement> Parser::parseStatementStrictly()
 
 std::unique_ptr<Statement> Parser::parseExpressionStatement()
 {
+    const LineTerms terms(*this);
     const std::size_t first = m_at;
     auto expression = parseExpression();
     auto statement = std::make_unique<ExpressionStatement>(rangeFrom(first), std::move(expression));
@@ -188,6 +194,7 @@ std::unique_ptr<Statement> Parser::parseSetCommand()
 
 std::unique_ptr<Statement> Parser::parseSet()
 {
+    const LineTerms terms(*this);
     const std::size_t first = m_at;
     next();
     auto statement = std::make_unique<SetStatement>(Range());
@@ -202,6 +209,7 @@ std::unique_ptr<Statement> Parser::parseSet()
 
 std::unique_ptr<Statement> Parser::parseCopy()
 {
+    const LineTerms terms(*this);
     const std::size_t first = m_at;
     next();
     auto statement = std::make_unique<SetStatement>(Range());
@@ -247,6 +255,7 @@ std::unique_ptr<Statement> Parser::parseIf()
 
 std::unique_ptr<Statement> Parser::parseReturn()
 {
+    const LineTerms terms(*this);
     const std::size_t first = m_at;
     auto statement = std::make_unique<ReturnStatement>(Range());
     expect(Symbol::Return);

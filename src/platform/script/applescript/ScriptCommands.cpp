@@ -29,7 +29,7 @@ Datum compiled(CommandCall& call, bool textIsSource)
             fail(ScriptErrorNumber::BadSelector, String(u"The script was compiled by another version."));
         text = *std::move(read);
     }
-    auto program = parseScript(text.text);
+    auto program = parseScript(text.text, call.interpreter.applications());
     const ScriptCode& code = program->script;
     return instantiate(call.interpreter, std::move(program), code, nullptr);
 }

@@ -36,7 +36,10 @@ public:
             record(value.as<Record>(), depth);
             break;
         case Kind::Reference:
-            reference(value.as<ReferenceObject>(), depth);
+            part(value.as<ReferenceObject>(), depth);
+            break;
+        case Kind::Specifier:
+            part(value.as<SpecifierObject>(), depth);
             break;
         default:
             m_out.append(
@@ -78,13 +81,13 @@ private:
         }
         m_out.append(u'}');
     }
-    void reference(const ReferenceObject& reference, unsigned depth)
+    template <typename T> void part(const T& part, unsigned depth)
     {
-        selector(reference.selector, depth + 1);
-        if (!reference.container.isSet())
+        selector(part.selector, depth + 1);
+        if (!part.container.isSet())
             return;
         m_out.append(u" of ");
-        write(reference.container, depth + 1);
+        write(part.container, depth + 1);
     }
     static String scalar(const Datum& value);
 

@@ -4,6 +4,7 @@
 #include "platform/script/applescript/Coercions.h"
 #include "platform/script/applescript/Elements.h"
 #include "platform/script/applescript/Failure.h"
+#include "platform/script/applescript/RemoteObjects.h"
 #include "platform/script/applescript/Restored.h"
 #include "platform/script/applescript/SourceText.h"
 
@@ -26,22 +27,28 @@ Selector::Form formOfKey(Selector::Form form, const Datum& key)
 
 Datum Specifier::container(Frame& frame) const
 {
-    return target ? target->evaluate(frame) : implicitTarget(frame);
+    return target ? target->asContainer(frame) : implicitTarget(frame);
 }
 
-Datum Specifier::containerReference(Frame& frame) const
+Datum NamingSpecifier::evaluate(Frame& frame) const { return valueIn(frame, container(frame)); }
+
+Datum NamingSpecifier::asContainer(Frame& frame) const
 {
-    return target ? target->reference(frame) : implicitTarget(frame);
+    const Datum holder = container(frame);
+    const Datum named = frame.interpreter.value(holder);
+    return isRemote(named) ? specifierOf(named, selector(frame)) : valueIn(frame, holder);
 }
 
-Datum PropertyExpression::evaluate(Frame& frame) const
+Datum NamingSpecifier::reference(Frame& frame) const
 {
-    return getProperty(frame.interpreter, container(frame), name);
+    const Datum holder = target ? target->reference(frame) : implicitTarget(frame);
+    return isRemote(holder) ? specifierOf(holder, selector(frame))
+                            : make<ReferenceObject>(holder, selector(frame));
 }
 
-Datum PropertyExpression::reference(Frame& frame) const
+Datum PropertyExpression::valueIn(Frame& frame, const Datum& container) const
 {
-    return make<ReferenceObject>(containerReference(frame), Selector { Selector::Form::Property, name });
+    return getProperty(frame.interpreter, container, name);
 }
 
 void PropertyExpression::assign(Frame& frame, const Datum& value) const
@@ -68,17 +75,35 @@ bool ElementExpression::namesFileAlone(Frame& frame) const
 {
     const bool isFileClass = elementClass == Symbol::File || elementClass == Symbol::Folder
         || elementClass == Symbol::Disk || elementClass == Symbol::DiskItem;
-    return isFileClass && !target && !frame.target.is(Kind::Application) && !frame.target.is(Kind::File);
+    return isFileClass && key && !target && !frame.target.is(Kind::Application)
+        && !frame.target.is(Kind::File) && !frame.target.is(Kind::Specifier);
+}
+
+Datum ElementExpression::fileAlone(Frame& frame) const
+{
+    const Datum path = frame.interpreter.value(key->evaluate(frame));
+    return make<FileObject>(elementClass, requirePath(frame.interpreter, path));
 }
 
 Datum ElementExpression::evaluate(Frame& frame) const
 {
+    return namesFileAlone(frame) ? fileAlone(frame) : NamingSpecifier::evaluate(frame);
+}
+
+Datum ElementExpression::asContainer(Frame& frame) const
+{
+    return namesFileAlone(frame) ? fileAlone(frame) : NamingSpecifier::asContainer(frame);
+}
+
+Datum ElementExpression::reference(Frame& frame) const
+{
+    return namesFileAlone(frame) ? fileAlone(frame) : NamingSpecifier::reference(frame);
+}
+
+Datum ElementExpression::valueIn(Frame& frame, const Datum& container) const
+{
     Interpreter& interpreter = frame.interpreter;
-    if (namesFileAlone(frame) && key) {
-        const Datum path = interpreter.value(key->evaluate(frame));
-        return make<FileObject>(elementClass, requirePath(interpreter, path));
-    }
-    const Datum holder = interpreter.value(container(frame));
+    const Datum holder = interpreter.value(container);
     if (elementClass == Symbol::Item && form == Selector::Form::Index && holder.is(Kind::List)) {
         const Datum index = interpreter.value(key->evaluate(frame));
         const auto& items = holder.as<List>().items();
@@ -88,13 +113,6 @@ Datum ElementExpression::evaluate(Frame& frame) const
         }
     }
     return get(interpreter, holder, selector(frame));
-}
-
-Datum ElementExpression::reference(Frame& frame) const
-{
-    if (namesFileAlone(frame))
-        return evaluate(frame);
-    return make<ReferenceObject>(containerReference(frame), selector(frame));
 }
 
 void ElementExpression::assign(Frame& frame, const Datum& value) const
@@ -108,7 +126,7 @@ Datum FilterExpression::evaluate(Frame& frame) const
     const Datum holder = interpreter.value(container(frame));
     const Datum all = get(interpreter, holder, { Selector::Form::Every, elements->elementClass });
     const auto* list = all.get<List>();
-    if (!list || !list->areElements)
+    if (!list || !(list->areElements || isRemote(holder)))
         failGet(
             format(u"%@ whose …", selectorText({ Selector::Form::Every, elements->elementClass })), holder);
     Selector one { elements->form, Symbol::Item };

@@ -13,25 +13,38 @@ public:
 
 protected:
     Datum container(Frame& frame) const;
-    Datum containerReference(Frame& frame) const;
+};
+
+/// A part that can be named by itself: a property or elements.
+class NamingSpecifier : public Specifier {
+public:
+    Datum evaluate(Frame& frame) const override;
+    Datum reference(Frame& frame) const override;
+    Datum asContainer(Frame& frame) const override;
+
+protected:
+    virtual Selector selector(Frame& frame) const = 0;
+    virtual Datum valueIn(Frame& frame, const Datum& container) const = 0;
 };
 
 /// name of x
-class PropertyExpression final : public Specifier {
+class PropertyExpression final : public NamingSpecifier {
 public:
     explicit PropertyExpression(Symbol itsName)
         : name(itsName)
     {
     }
-    Datum evaluate(Frame& frame) const override;
-    Datum reference(Frame& frame) const override;
     void assign(Frame& frame, const Datum& value) const override;
 
     Symbol name;
+
+private:
+    Selector selector(Frame&) const override { return { Selector::Form::Property, name }; }
+    Datum valueIn(Frame& frame, const Datum& container) const override;
 };
 
 /// item 3 of x, words 1 thru -2 of x, every item of x
-class ElementExpression final : public Specifier {
+class ElementExpression final : public NamingSpecifier {
 public:
     ElementExpression(Symbol itsClass, Selector::Form itsForm)
         : elementClass(itsClass)
@@ -40,6 +53,7 @@ public:
     }
     Datum evaluate(Frame& frame) const override;
     Datum reference(Frame& frame) const override;
+    Datum asContainer(Frame& frame) const override;
     void assign(Frame& frame, const Datum& value) const override;
 
     Symbol elementClass;
@@ -50,8 +64,10 @@ public:
     Symbol lastKeyClass = Symbol::None;
 
 private:
-    Selector selector(Frame& frame) const;
+    Selector selector(Frame& frame) const override;
+    Datum valueIn(Frame& frame, const Datum& container) const override;
     bool namesFileAlone(Frame& frame) const;
+    Datum fileAlone(Frame& frame) const;
 };
 
 /// every file of x whose name is y

@@ -7,6 +7,8 @@
 #include "platform/script/applescript/Restored.h"
 #include "platform/script/applescript/TextComparison.h"
 
+#include <algorithm>
+
 namespace caddis::applescript {
 
 namespace {
@@ -71,7 +73,7 @@ Flow IfStatement::execute(Frame& frame) const
 
 Flow TellStatement::execute(Frame& frame) const
 {
-    Datum told = frame.interpreter.value(target->evaluate(frame));
+    Datum told = frame.interpreter.value(target->asContainer(frame));
     requireApplication(told);
     const Restored<Datum> outer(frame.target);
     frame.target = std::move(told);
@@ -89,7 +91,7 @@ Flow TryStatement::execute(Frame& frame) const
         caught = failure;
     }
     frame.result = Datum();
-    assignIfWanted(message, frame, Datum::text(caught.message));
+    assignIfWanted(message, frame, Datum::text(caught.fullMessage()));
     assignIfWanted(number, frame, Datum::number(caught.number));
     assignIfWanted(offender, frame, caught.offender);
     assignIfWanted(expected, frame, caught.expected);
@@ -124,6 +126,17 @@ Flow AttributesStatement::execute(Frame& frame) const
 {
     const Restored<unsigned> outer(currentAttributes());
     currentAttributes() = (currentAttributes() | considered) & ~ignored;
+    return body.execute(frame);
+}
+
+Flow TimeoutStatement::execute(Frame& frame) const
+{
+    constexpr double Longest = 1e6;
+    Interpreter& interpreter = frame.interpreter;
+    const double wanted = requireNumber(interpreter, seconds->evaluate(frame)).asReal();
+    const Restored<std::chrono::milliseconds> outer(interpreter.eventTimeout);
+    interpreter.eventTimeout
+        = std::chrono::milliseconds(static_cast<std::int64_t>(std::clamp(wanted, 0.0, Longest) * 1000));
     return body.execute(frame);
 }
 

@@ -96,7 +96,17 @@ public:
     Block body;
 };
 
-/// Statements in a frame that changes nothing here: with timeout, with transaction, using terms from.
+/// with timeout of n seconds: how long the applications told inside may take to answer.
+class TimeoutStatement final : public Statement {
+public:
+    using Statement::Statement;
+    Flow execute(Frame& frame) const override;
+
+    ExpressionPointer seconds;
+    Block body;
+};
+
+/// Statements in a frame that changes nothing here: with transaction, using terms from.
 class BlockStatement final : public Statement {
 public:
     using Statement::Statement;

@@ -12,6 +12,7 @@
 namespace caddis::applescript {
 
 class Interpreter;
+class ApplicationTerms;
 
 /// One running handler.
 struct Frame {
@@ -37,6 +38,8 @@ public:
     virtual Datum evaluate(Frame& frame) const = 0;
     /// What `a reference to` makes of it: the value itself where there is nothing to refer to.
     virtual Datum reference(Frame& frame) const { return evaluate(frame); }
+    /// What stands behind `of` or `tell`: an object of an application outside is named there, not asked for.
+    virtual Datum asContainer(Frame& frame) const { return evaluate(frame); }
     /// Gives the place that the expression names a value. Fails with -10006 where it names none.
     virtual void assign(Frame& frame, const Datum& value) const;
 
@@ -118,6 +121,8 @@ struct ScriptCode {
 /// One compiled source.
 struct Program {
     String source;
+    /// Whose dictionaries the source is written in; their commands are part of the tree.
+    std::vector<std::shared_ptr<const ApplicationTerms>> applications;
     ScriptCode script;
 };
 

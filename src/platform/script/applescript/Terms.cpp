@@ -56,31 +56,36 @@ const PhraseTable& fileApplicationTerms()
 
 } // namespace
 
-void PhraseTable::add(std::u16string_view phrase, std::size_t value)
+std::size_t PhraseTable::add(std::u16string_view phrase, std::size_t value)
 {
-    std::vector<Symbol> words;
+    std::size_t place = 0;
     while (!phrase.empty()) {
         const std::size_t end = std::min(phrase.find(u' '), phrase.size());
-        words.push_back(m_symbolOfWord(phrase.substr(0, end)));
+        const auto [next, isNew]
+            = m_next.try_emplace(step(place, m_symbolOfWord(phrase.substr(0, end))), m_values.size());
+        if (isNew)
+            m_values.emplace_back();
+        place = next->second;
         phrase.remove_prefix(std::min(end + 1, phrase.size()));
     }
-    auto& entries = m_entries[words.front()];
-    entries.push_back({ std::move(words), value });
-    std::ranges::stable_sort(
-        entries, std::ranges::greater {}, [](const Entry& entry) { return entry.words.size(); });
+    if (!m_values[place])
+        m_values[place] = value;
+    return *m_values[place];
 }
 
 PhraseTable::Match PhraseTable::longest(std::span<const Symbol> words) const
 {
-    const auto found = words.empty() ? m_entries.end() : m_entries.find(words.front());
-    if (found == m_entries.end())
-        return {};
-    for (const Entry& entry : found->second) {
-        if (entry.words.size() <= words.size()
-            && std::ranges::equal(entry.words, words.first(entry.words.size())))
-            return { entry.value, entry.words.size() };
+    Match match;
+    std::size_t place = 0;
+    for (std::size_t count = 1; count <= words.size(); ++count) {
+        const auto next = m_next.find(step(place, words[count - 1]));
+        if (next == m_next.end())
+            break;
+        place = next->second;
+        if (m_values[place])
+            match = { *m_values[place], count };
     }
-    return {};
+    return match;
 }
 
 std::size_t matchEventHandler(std::span<const Symbol> words)
@@ -103,7 +108,8 @@ TermMatch matchTerm(std::span<const Symbol> words, bool inFileApplication)
         match = fileApplicationTerms().longest(words);
     if (!match.words)
         return {};
-    return { static_cast<Symbol>(match.value & ~PluralFlag), match.words, (match.value & PluralFlag) != 0 };
+    const auto symbol = static_cast<Symbol>(match.value & ~PluralFlag);
+    return { symbol, kindsOf(symbol), match.words, (match.value & PluralFlag) != 0 };
 }
 
 } // namespace caddis::applescript

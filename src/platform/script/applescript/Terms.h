@@ -2,6 +2,7 @@
 
 #include "platform/script/applescript/Symbols.h"
 
+#include <optional>
 #include <span>
 #include <unordered_map>
 #include <vector>
@@ -11,6 +12,7 @@ namespace caddis::applescript {
 /// A word or phrase of the language, found in a source.
 struct TermMatch {
     Symbol symbol = Symbol::None;
+    unsigned kinds = 0; ///< of TermKind
     std::size_t words = 0; ///< 0: nothing found
     bool isPlural = false; ///< of a class: the words name all its elements
 };
@@ -35,7 +37,8 @@ public:
         : m_symbolOfWord(symbolOfWord)
     {
     }
-    void add(std::u16string_view phrase, std::size_t value);
+    /// The value of the phrase from now on: this one, unless the phrase has one already.
+    std::size_t add(std::u16string_view phrase, std::size_t value);
 
     struct Match {
         std::size_t value = 0;
@@ -45,12 +48,15 @@ public:
     Match longest(std::span<const Symbol> words) const;
 
 private:
-    struct Entry {
-        std::vector<Symbol> words;
-        std::size_t value;
-    };
+    // Phrases that begin with the same words share a path from the root, which is place 0.
+    static std::uint64_t step(std::size_t place, Symbol word)
+    {
+        return std::uint64_t { place } << 32 | static_cast<std::uint32_t>(word);
+    }
+
     SymbolOfWord m_symbolOfWord;
-    std::unordered_map<Symbol, std::vector<Entry>> m_entries; ///< by first word, longest phrase first
+    std::unordered_map<std::uint64_t, std::size_t> m_next;
+    std::vector<std::optional<std::size_t>> m_values { std::nullopt }; ///< of the phrase that ends at a place
 };
 
 } // namespace caddis::applescript

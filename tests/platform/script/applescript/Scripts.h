@@ -14,7 +14,7 @@ inline std::string outcomeOf(std::string_view source, const ScriptLimits& limits
     Interpreter interpreter;
     const Interpreter::Call call(interpreter, limits);
     try {
-        auto program = parseScript(String::fromUtf8(source));
+        auto program = parseScript(String::fromUtf8(source), interpreter.applications());
         const ScriptCode& code = program->script;
         const Datum script = instantiate(interpreter, std::move(program), code, nullptr);
         const Datum result = interpreter.run(script.as<ScriptObject>());
