@@ -30,10 +30,7 @@ Size movieSize(const Asset& asset)
     return tracks.empty() ? Size() : tracks.front().naturalSize;
 }
 
-std::optional<Bitmap> frameImageAtTime(const Asset& asset, Time time)
-{
-    return asset.copyImageAtTime(time);
-}
+std::optional<Bitmap> frameImageAtTime(const Asset& asset, Time time) { return asset.copyImageAtTime(time); }
 
 } // namespace OstraAVAssetExtensions
 

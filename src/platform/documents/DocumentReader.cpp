@@ -2,6 +2,7 @@
 
 #include "platform/files/FileSystem.h"
 #include "platform/files/MappedFile.h"
+#include "platform/office/OfficeDocument.h"
 #include "platform/richtext/AttributedStringBuilder.h"
 #include "platform/richtext/FlatRTFD.h"
 #include "platform/richtext/RTF.h"
@@ -52,9 +53,16 @@ std::optional<AttributedString> attributedStringWithPath(const String& path)
     const auto data = MappedFile::open(path);
     if (!data)
         return std::nullopt;
-    if (isFlatRTFD(data->chars()))
+    const std::string_view bytes = data->chars();
+    if (isFlatRTFD(bytes))
         return initWithRTFD(*data);
+    if (bytes.starts_with("PK\3\4"))
+        return attributedStringWithOfficePackage(path);
+    if (bytes.starts_with("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"))
+        return attributedStringWithOldWordFile(path);
     if (auto text = attributedStringWithRTF(*data))
+        return text;
+    if (auto text = attributedStringWithOfficeXML(*data))
         return text;
     return plainText(*data);
 }

@@ -9,6 +9,8 @@ namespace caddis {
 /// The text of a document of any kind that is known here, with its documentAttributes:
 ///
 /// - RTFD, as a folder or as one block; RTF
+/// - documents of word processors: DOCX, OpenDocument text (flat too), Word 2003's XML, DOC
+/// (OfficeDocument.h)
 /// - otherwise plain text in any encoding (PlainText.h), in Helvetica 12
 ///
 /// Contents decide, not names. Nil when the file can't be read, and for bytes that are no text: those with a

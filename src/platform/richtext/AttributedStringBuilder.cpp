@@ -150,6 +150,36 @@ void AttributedStringBuilder::appendAttachment(Attachment attachment, const Char
     append({ &AttachmentCharacter, 1 }, attached);
 }
 
+void AttributedStringBuilder::append(const AttributedString& text)
+{
+    endParagraphs({});
+    const auto attachments = static_cast<std::uint32_t>(m_result.m_attachments.size());
+    const auto lists = static_cast<std::uint32_t>(m_result.m_lists.size());
+    const auto tables = static_cast<std::uint32_t>(m_result.m_tables.size());
+    const std::size_t begin = m_text.length();
+    for (const auto& run : text.runs()) {
+        CharacterStyle style = text.styles()[run.style];
+        if (style.attachment != CharacterStyle::NoAttachment)
+            style.attachment += attachments;
+        addRun(m_result.m_runs, begin + run.location, m_tables->styles.numberOf(style, m_result.m_styles));
+    }
+    for (const auto& run : text.paragraphRuns()) {
+        ParagraphStyle style = text.paragraphStyles()[run.style];
+        for (std::uint32_t& list : style.lists)
+            list += lists;
+        for (TableCell& cell : style.cells)
+            cell.table += tables;
+        addRun(m_result.m_paragraphRuns, begin + run.location,
+            m_tables->paragraphStyles.numberOf(style, m_result.m_paragraphStyles));
+    }
+    const auto join = [](auto& all, const auto& more) { all.insert(all.end(), more.begin(), more.end()); };
+    join(m_result.m_attachments, text.attachments());
+    join(m_result.m_lists, text.lists());
+    join(m_result.m_tables, text.tables());
+    m_text.append(text.string());
+    m_paragraphsEnd = m_text.length();
+}
+
 void AttributedStringBuilder::endParagraphs(const ParagraphStyle& style)
 {
     if (m_text.length() == m_paragraphsEnd)

@@ -32,6 +32,10 @@ public:
     /// Appends the attachment's character. `style`'s own attachment does not count.
     void appendAttachment(Attachment attachment, const CharacterStyle& style);
 
+    /// Appends another text as paragraphs of its own: the present one ends with the plain style if nothing
+    /// gave it one. Its document attributes don't count.
+    void append(const AttributedString& text);
+
     /// Gives a style to the paragraphs appended since the last call. The text should end with a line break
     /// now, or be at its end; what follows on the same line takes the style of its own call.
     void endParagraphs(const ParagraphStyle& style);

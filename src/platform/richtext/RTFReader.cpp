@@ -1,6 +1,7 @@
 #include "platform/richtext/RTFReader.h"
 
 #include "platform/base/Utf.h"
+#include "platform/richtext/FieldInstruction.h"
 #include "platform/richtext/RTF.h"
 #include "platform/unicode/TextEncoding.h"
 
@@ -26,15 +27,6 @@ std::u16string_view trimmed(std::u16string_view text)
     const std::size_t begin = text.find_first_not_of(u' ');
     return begin == std::u16string_view::npos ? std::u16string_view()
                                               : text.substr(begin, text.find_last_not_of(u' ') + 1 - begin);
-}
-
-// The text between the first pair of quotes behind `place`, else up to the next blank.
-String argument(std::u16string_view instruction, std::size_t place)
-{
-    const std::u16string_view rest = trimmed(instruction.substr(place));
-    if (!rest.starts_with(u'"'))
-        return String(rest.substr(0, rest.find(u' ')));
-    return String(rest.substr(1, rest.substr(1).find(u'"')));
 }
 
 } // namespace
@@ -366,19 +358,12 @@ void Reader::finishDestination(Destination destination)
     }
 }
 
-// HYPERLINK "address", or HYPERLINK \l "place in the document".
 void Reader::finishInstruction()
 {
-    constexpr std::u16string_view Keyword = u"HYPERLINK";
-    const std::u16string_view instruction = trimmed(m_text);
-    if (!instruction.starts_with(Keyword))
-        return;
-    const std::u16string_view rest = trimmed(instruction.substr(Keyword.size()));
-    const bool isLocal = rest.starts_with(u"\\l");
-    const String target = argument(rest, isLocal ? 2 : 0);
+    String target = linkOfFieldInstruction(m_text);
     if (target.isEmpty())
         return;
-    m_links.push_back(isLocal ? String(u"#" + std::u16string(target.view())) : target);
+    m_links.push_back(std::move(target));
     m_state.fieldLink = static_cast<std::int32_t>(m_links.size() - 1);
 }
 

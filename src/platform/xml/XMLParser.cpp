@@ -258,12 +258,18 @@ void XMLParserContext::error(void* context, xmlErrorPtr error)
 
 std::optional<String> XMLAttributes::value(std::string_view name) const
 {
+    const auto bytes = utf8(name);
+    return bytes ? std::optional(String::fromUtf8(*bytes)) : std::nullopt;
+}
+
+std::optional<std::string_view> XMLAttributes::utf8(std::string_view name) const
+{
     const std::size_t colon = name.find(':');
     const std::string_view prefix = colon == name.npos ? std::string_view() : name.substr(0, colon);
     const std::string_view local = colon == name.npos ? name : name.substr(colon + 1);
     for (const Attribute& attribute : m_attributes) {
         if (attribute.name == local && attribute.prefix == prefix)
-            return String::fromUtf8(attribute.value);
+            return attribute.value;
     }
     return std::nullopt;
 }

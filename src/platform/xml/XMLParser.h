@@ -32,6 +32,8 @@ public:
 
     /// `name` as it is written: "opf:role". Nil when the tag has no such attribute.
     std::optional<String> value(std::string_view name) const;
+    /// The same as UTF-8, valid like the attributes.
+    std::optional<std::string_view> utf8(std::string_view name) const;
 
 private:
     friend class XMLParserContext;
