@@ -2,6 +2,7 @@
 
 #include "Input.h"
 #include "Output.h"
+#include "RichTextCommands.h"
 #include "ValuePrinter.h"
 #include "WebCommands.h"
 #include "client/HelperProxy.h"
@@ -10,7 +11,9 @@
 #include "markup/HtmlBaseURL.h"
 #include "markup/HtmlMetadata.h"
 #include "markup/MarkupData.h"
+#include "markup/MarkupFileTypes.h"
 #include "markup/WebArchiveText.h"
+#include "platform/office/OfficeDocument.h"
 
 #include <cstdio>
 
@@ -18,21 +21,30 @@ namespace caddis::tool {
 
 namespace {
 
+// What is read as markup: everything else is opened as the platform opens documents.
+bool isPage(const std::string& file, const Data& data)
+{
+    return file == "-" || (isMarkupFile(String::fromUtf8(file)) && !isOfficeXML(data.chars()));
+}
+
 // The header may have some bytes of something else before it.
 bool isPDF(const Data& data) { return data.chars().substr(0, 1024).find("%PDF-") != std::string_view::npos; }
 
-std::optional<String> textOfPage(const Invocation& invocation, const std::string& file)
+std::optional<String> textOfPage(const Data& data)
+{
+    const String markup = stringWithMarkupData(data, NSStringEncoding::UTF8);
+    return stringByConvertingHtml2PlainTextNonUmlauted(markup, false, { .reformat = true, .onlyBody = true })
+        .text;
+}
+
+std::optional<String> textOfPageOrDocument(const Invocation& invocation, const std::string& file)
 {
     const auto data = contentsOf(file);
-    if (!data)
-        return std::nullopt;
-    if (isPDF(*data)) {
+    if (data && isPDF(*data)) {
         const auto reply = HelperProxy(invocation.helper()).attributedStringWithPDF(false, *data);
         return reply ? reply->stringForKey(u"String") : std::nullopt;
     }
-    const String markup = stringWithMarkupData(*data, NSStringEncoding::UTF8);
-    return stringByConvertingHtml2PlainTextNonUmlauted(markup, false, { .reformat = true, .onlyBody = true })
-        .text;
+    return data && isPage(file, *data) ? textOfPage(*data) : textOfDocument(invocation, file);
 }
 
 std::optional<String> textOf(const Invocation& invocation, const std::string& file)
@@ -40,7 +52,7 @@ std::optional<String> textOf(const Invocation& invocation, const std::string& fi
     if (isWebArchiveFile(String::fromUtf8(file)))
         return textOfWebArchive(invocation, file);
     if (!EPUBParser::isEPUBFile(String::fromUtf8(file)))
-        return textOfPage(invocation, file);
+        return textOfPageOrDocument(invocation, file);
     const auto metadata = HelperProxy(invocation.helper()).metaDataForFile(absolutePath(file));
     return metadata ? metadata->stringForKey(u"kMDItemTextContent") : std::nullopt;
 }

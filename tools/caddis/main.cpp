@@ -10,6 +10,7 @@
 #include "MediaCommands.h"
 #include "PDFCommands.h"
 #include "Quiet.h"
+#include "RichTextCommands.h"
 #include "ScriptCommands.h"
 #include "WebCommands.h"
 #include "client/OstraImExport.h"
@@ -33,7 +34,7 @@ constexpr Command table[] = {
         "    kMDItemTitle    Moby-Dick\n"
         "    kMDItemAuthors  Herman Melville\n",
         1, info },
-    { "text", "FILE…", "the plain text of a book, a page, a PDF or a web archive",
+    { "text", "FILE…", "the plain text of a book, a page, a PDF, a web archive or a document",
         "  $ caddis text page.html\n"
         "  Chapter 1. Loomings.\n",
         1, text },
@@ -48,6 +49,11 @@ constexpr Command table[] = {
         "    title             Chapter 1\n"
         "    meta description  How it begins\n",
         1, head },
+    { "richtext", "FILE", "a document of any kind as rich text: RTF, an RTFD package, or plain text",
+        "  $ caddis richtext letter.docx -o letter.rtfd\n"
+        "  $ caddis richtext letter.odt --json\n"
+        "What -o names ends with .rtfd, .rtf or .txt. Without it the plain text is printed.\n",
+        1, richtext },
     { "webarchive", "FILE", "the text of a saved page and its frames, or its markup (--source)",
         "  $ caddis webarchive page.webarchive\n"
         "  $ caddis webarchive page.webarchive --source -o page.html\n",
