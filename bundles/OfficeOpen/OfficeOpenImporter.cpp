@@ -1,3 +1,4 @@
+#include "bundles/OfficeOpen/Relationships.h"
 #include "bundles/OfficeOpen/SheetText.h"
 #include "bundles/support/Importer.h"
 #include "bundles/support/Properties.h"
@@ -130,9 +131,31 @@ void readDocument(ZipPackage& package, Attributes& attributes, TextSink& text)
     readParts(package, numberedParts(package, "word/footer"), attributes, text);
 }
 
+// The slides in the order of their showing; their parts are numbered as they were made.
+struct SlideList : XmlHandler {
+    explicit SlideList(const Relationships& ofParts)
+        : relationships(ofParts)
+    {
+    }
+    void startElement(std::string_view name, const XmlTag& tag) override
+    {
+        if (name == "sldId" && parts.size() < ZipPackage::MaximumParts)
+            parts.push_back(relationships.partOf(tag));
+    }
+    void endElement(std::string_view) override { }
+    void characters(std::string_view) override { }
+
+    const Relationships& relationships;
+    std::vector<std::string> parts;
+};
+
 void readPresentation(ZipPackage& package, Attributes& attributes, TextSink& text)
 {
-    readParts(package, numberedParts(package, "ppt/slides/slide"), attributes, text);
+    const std::string part = "ppt/presentation.xml";
+    const Relationships relationships = Relationships::of(package, part, attributes);
+    SlideList slides(relationships);
+    package.parseXml(part, slides, attributes);
+    readParts(package, slides.parts, attributes, text);
     readParts(package, numberedParts(package, "ppt/notesSlides/notesSlide"), attributes, text);
 }
 

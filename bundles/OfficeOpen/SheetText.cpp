@@ -1,5 +1,8 @@
 #include "bundles/OfficeOpen/SheetText.h"
 
+#include "bundles/OfficeOpen/Relationships.h"
+#include "bundles/support/SheetNumbers.h"
+
 #include <charconv>
 #include <deque>
 #include <map>
@@ -49,10 +52,78 @@ private:
     bool m_isPhonetic = false;
 };
 
+// Which styles of cells show dates, by their number.
+class Styles : public XmlHandler {
+public:
+    void startElement(std::string_view name, const XmlTag& tag) override
+    {
+        m_isInCells = m_isInCells || name == "cellXfs";
+        const unsigned format = numberOf(tag["numFmtId"]);
+        if (name == "numFmt" && m_isDateFormat.size() < MaximumStyles)
+            m_isDateFormat[format] = isDateFormat(tag["formatCode"]);
+        else if (name == "xf" && m_isInCells && m_isDate.size() < MaximumStyles)
+            m_isDate.push_back(isDate(format));
+    }
+    void endElement(std::string_view name) override { m_isInCells = m_isInCells && name != "cellXfs"; }
+    void characters(std::string_view) override { }
+
+    bool isDateStyle(std::string_view number) const
+    {
+        const unsigned index = numberOf(number);
+        return !number.empty() && index < m_isDate.size() && m_isDate[index];
+    }
+
+private:
+    static constexpr std::size_t MaximumStyles = 65'536;
+
+    static unsigned numberOf(std::string_view text)
+    {
+        unsigned number = 0;
+        std::from_chars(text.data(), text.data() + text.size(), number);
+        return number;
+    }
+    bool isDate(unsigned format) const
+    {
+        const auto own = m_isDateFormat.find(format);
+        return own == m_isDateFormat.end() ? isDateFormat(format) : own->second;
+    }
+
+    std::map<unsigned, bool> m_isDateFormat;
+    std::vector<bool> m_isDate;
+    bool m_isInCells = false;
+};
+
+// The sheets in the workbook's order, and what all of them share.
+struct Workbook : XmlHandler {
+    struct Sheet {
+        std::string name, part;
+    };
+    explicit Workbook(const Relationships& ofParts)
+        : relationships(ofParts)
+    {
+    }
+
+    void startElement(std::string_view name, const XmlTag& tag) override
+    {
+        if (name == "sheet" && sheets.size() < ZipPackage::MaximumParts)
+            sheets.push_back({ std::string(tag["name"]), relationships.partOf(tag) });
+        else if (name == "workbookPr" && (tag["date1904"] == "1" || tag["date1904"] == "true"))
+            epoch = SheetEpoch::From1904;
+    }
+    void endElement(std::string_view) override { }
+    void characters(std::string_view) override { }
+
+    const Relationships& relationships;
+    SheetEpoch epoch = SheetEpoch::From1900;
+    std::vector<Sheet> sheets;
+    SharedStrings strings;
+    Styles styles;
+};
+
 class SheetReader : public XmlHandler {
 public:
-    SheetReader(const SharedStrings& strings, TextSink& text)
-        : m_strings(strings)
+    SheetReader(const Workbook& workbook, TextSink& text)
+        : m_workbook(workbook)
         , m_text(text)
     {
     }
@@ -63,6 +134,8 @@ public:
             m_text.endLine();
         } else if (name == "c") {
             m_isShared = tag["t"] == "s";
+            m_isBoolean = tag["t"] == "b";
+            m_isDate = (tag["t"].empty() || tag["t"] == "n") && m_workbook.styles.isDateStyle(tag["s"]);
             m_value.clear();
         }
         m_isValue = name == "v" || name == "t" || name == "oddHeader" || name == "oddFooter";
@@ -72,7 +145,7 @@ public:
         m_isValue = false;
         if (name == "c" && !m_value.empty()) {
             m_text.separate();
-            m_text.append(m_isShared ? m_strings.at(m_value) : std::string_view(m_value));
+            m_text.append(m_isShared ? m_workbook.strings.at(m_value) : std::string_view(shownValue()));
         }
     }
     void characters(std::string_view text) override
@@ -83,56 +156,40 @@ public:
     bool isDone() const override { return m_text.isFull(); }
 
 private:
-    const SharedStrings& m_strings;
+    const std::string& shownValue()
+    {
+        double days = 0;
+        if (m_isBoolean)
+            m_value = m_value == "1" ? "TRUE" : "FALSE";
+        else if (m_isDate
+            && std::from_chars(m_value.data(), m_value.data() + m_value.size(), days).ec == std::errc())
+            m_value = dateText(days, m_workbook.epoch);
+        return m_value;
+    }
+
+    const Workbook& m_workbook;
     TextSink& m_text;
     std::string m_value;
     bool m_isShared = false;
+    bool m_isBoolean = false;
+    bool m_isDate = false;
     bool m_isValue = false;
-};
-
-// The sheets in the workbook's order: names and the identifiers of their parts.
-struct Workbook : XmlHandler {
-    struct Sheet {
-        std::string name, identifier;
-    };
-    std::vector<Sheet> sheets;
-
-    void startElement(std::string_view name, const XmlTag& tag) override
-    {
-        if (name == "sheet")
-            sheets.push_back({ std::string(tag["name"]), std::string(tag["id"]) });
-    }
-    void endElement(std::string_view) override { }
-    void characters(std::string_view) override { }
-};
-
-struct Relationships : XmlHandler {
-    std::map<std::string, std::string, std::less<>> targets;
-
-    void startElement(std::string_view name, const XmlTag& tag) override
-    {
-        if (name == "Relationship")
-            targets.emplace(tag["Id"], tag["Target"]);
-    }
-    void endElement(std::string_view) override { }
-    void characters(std::string_view) override { }
 };
 
 } // namespace
 
 void readWorkbook(ZipPackage& package, Attributes& attributes, TextSink& text)
 {
-    SharedStrings strings;
-    Workbook workbook;
-    Relationships relationships;
-    package.parseXml("xl/sharedStrings.xml", strings, attributes);
-    package.parseXml("xl/workbook.xml", workbook, attributes);
-    package.parseXml("xl/_rels/workbook.xml.rels", relationships, attributes);
+    const std::string part = "xl/workbook.xml";
+    const Relationships relationships = Relationships::of(package, part, attributes);
+    Workbook workbook(relationships);
+    package.parseXml(part, workbook, attributes);
+    package.parseXml("xl/sharedStrings.xml", workbook.strings, attributes);
+    package.parseXml("xl/styles.xml", workbook.styles, attributes);
     for (const Workbook::Sheet& sheet : workbook.sheets) {
-        const std::string& target = relationships.targets[sheet.identifier];
         text.appendLine(sheet.name);
-        SheetReader reader(strings, text);
-        package.parseXml(target.starts_with('/') ? target.substr(1) : "xl/" + target, reader, attributes);
+        SheetReader reader(workbook, text);
+        package.parseXml(sheet.part, reader, attributes);
         text.endLine();
         if (text.isFull())
             break;

@@ -6,7 +6,7 @@
 namespace caddis::bundles {
 
 /// The sheets of a workbook (ECMA-376, part 1, 18): the name of each, then its rows, cells apart by tabs.
-/// Numbers and dates come as they are stored.
+/// Numbers come as they are stored, dates in ISO 8601.
 void readWorkbook(ZipPackage& package, Attributes& attributes, TextSink& text);
 
 } // namespace caddis::bundles

@@ -131,15 +131,6 @@ TEST_F(DocumentBundles, ReadOfficeOpenDocuments)
     EXPECT_EQ(document["kMDItemContentCreationDate"], "1772357400");
     EXPECT_EQ(document["kMDItemNumberOfPages"], "3");
     EXPECT_EQ(document[Text], "Oil\tand <wick>\nEnd\n");
-
-    ZipBuilder slides;
-    slides.add("ppt/presentation.xml", "<p/>");
-    for (const char* number : { "10", "2", "1" })
-        slides.add(std::string("ppt/slides/slide") + number + ".xml",
-            std::string("<x xmlns:a='a'><a:p><a:t>Slide ") + number + "</a:t></a:p></x>");
-    const auto presentation
-        = import("OfficeOpen", "org.openxmlformats.presentationml.presentation", "a.pptx", slides.bytes());
-    EXPECT_EQ(presentation[Text], "Slide 1\nSlide 2\nSlide 10\n");
 }
 
 TEST_F(DocumentBundles, ReadWorkbooks)

@@ -99,9 +99,9 @@ TEST_F(HostileFiles, LeaveEveryBundleStanding)
                     "ftypmp42",
             12)
             + noise };
-    for (const char* bundle :
-        { "PlainText", "Web", "PDF", "OfficeOpen", "OpenDocument", "Mail", "Cards", "Image", "Audio", "Video",
-            "Archive", "Outline", "Font", "PostScript", "RichText", "DjVu", "Help", "Ebook", "Legacy" }) {
+    for (const char* bundle : { "PlainText", "Web", "PDF", "OfficeOpen", "OpenDocument", "Mail", "Cards",
+             "Image", "Audio", "Video", "Archive", "Outline", "Font", "PostScript", "RichText", "DjVu",
+             "Help", "Ebook", "Legacy", "OfficeLegacy", "OutlookMessage" }) {
         if (!hasBundle(bundle))
             continue;
         for (const std::string& file : files)
