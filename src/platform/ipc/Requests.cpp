@@ -102,6 +102,8 @@ MessagePointer answerRequest(const RemoteObject& object, DBusMessage* request, c
         return answer(object, request, caller);
     } catch (const Exception& exception) {
         return errorReply(request, exception);
+    } catch (const std::bad_alloc&) {
+        return errorReply(request, DBUS_ERROR_LIMITS_EXCEEDED, "the memory limit was reached");
     } catch (const std::exception& exception) {
         // It may quote the name of a file, which need not be UTF-8; libdbus would end the process.
         return errorReply(request, DBUS_ERROR_FAILED, String::fromUtf8(exception.what()).utf8());

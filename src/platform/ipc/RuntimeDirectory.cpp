@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <sys/un.h>
 
@@ -14,6 +15,7 @@ namespace {
 
 // The sticky bit tells those who clean runtime directories to leave the file alone.
 constexpr mode_t PrivateFile = S_ISVTX | S_IRUSR | S_IWUSR;
+constexpr const char* LockSuffix = ".lock";
 constexpr std::size_t LongestSocketPath = sizeof(sockaddr_un::sun_path) - 1;
 
 void logRefusal(const std::string& path, const char* reason)
@@ -63,6 +65,23 @@ std::optional<std::string> socketPathForName(const String& name)
     return runtimeDirectoryPath() + '/' + name.utf8();
 }
 
+std::optional<std::string> scratchPathForName(const String& name)
+{
+    const auto path = socketPathForName(name);
+    return path ? std::optional(*path + ".scratch") : std::nullopt;
+}
+
+void removeFilesOfName(const String& name)
+{
+    const auto path = socketPathForName(name);
+    if (!path)
+        return;
+    std::error_code ignored;
+    unlink(path->c_str());
+    unlink((*path + LockSuffix).c_str());
+    std::filesystem::remove_all(*scratchPathForName(name), ignored);
+}
+
 std::optional<NameLock> NameLock::acquire(const String& name)
 {
     const auto path = socketPathForName(name);
@@ -79,7 +98,7 @@ std::optional<NameLock> NameLock::acquire(const String& name)
     const Descriptor directory = openPrivateDirectory(directoryPath);
     if (!directory.isOpen())
         return std::nullopt;
-    const std::string file = name.utf8() + ".lock";
+    const std::string file = name.utf8() + LockSuffix;
     held.m_lock = Descriptor(
         openat(directory.number(), file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, PrivateFile));
     struct flock wholeFile = {};

@@ -19,6 +19,13 @@ bool isRegistrableName(const String& name);
 /// Nil for a name that cannot be registered.
 std::optional<std::string> socketPathForName(const String& name);
 
+/// The folder for temporary files of the one who has the name registered: beside the socket.
+std::optional<std::string> scratchPathForName(const String& name);
+
+/// Removes what a holder of the name left behind: socket, lock and scratch folder. Only for a name that
+/// nobody holds or is about to register.
+void removeFilesOfName(const String& name);
+
 /// The one holder of a name among all processes of the user, for as long as it lives.
 ///
 /// The lock is the kernel's: it ends with the process however that ends, and a child that outlives the

@@ -1,6 +1,7 @@
 #include "platform/ipc/Task.h"
 
 #include "platform/base/Exception.h"
+#include "platform/ipc/Session.h"
 
 #include <array>
 #include <csignal>
@@ -28,14 +29,16 @@ constexpr int FirstClosedDescriptor = 3;
 // What posix_spawn wants besides the program: the streams, and signals as the program expects them.
 class SpawnSettings {
 public:
-    explicit SpawnSettings(int standardError)
+    SpawnSettings(int standardError, bool ownSession)
     {
         sigset_t none;
         sigset_t all;
         sigemptyset(&none);
         sigfillset(&all);
         posix_spawnattr_init(&m_attributes);
-        posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+        const int session = ownSession ? POSIX_SPAWN_SETSID : 0;
+        posix_spawnattr_setflags(
+            &m_attributes, static_cast<short>(POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK | session));
         posix_spawnattr_setsigdefault(&m_attributes, &all);
         posix_spawnattr_setsigmask(&m_attributes, &none);
         posix_spawn_file_actions_init(&m_actions);
@@ -50,6 +53,12 @@ public:
     }
     SpawnSettings(const SpawnSettings&) = delete;
     SpawnSettings& operator=(const SpawnSettings&) = delete;
+
+    void appendStandardErrorTo(const std::string& path)
+    {
+        posix_spawn_file_actions_addopen(
+            &m_actions, STDERR_FILENO, path.c_str(), O_WRONLY | O_APPEND | O_CREAT, S_IRUSR | S_IWUSR);
+    }
 
     const posix_spawn_file_actions_t* actions() const { return &m_actions; }
     const posix_spawnattr_t* attributes() const { return &m_attributes; }
@@ -155,7 +164,9 @@ bool Task::launch()
         m_standardError = Descriptor(ends[0]);
         writeEnd = Descriptor(ends[1]);
     }
-    const SpawnSettings settings(writeEnd.number());
+    SpawnSettings settings(writeEnd.number(), m_hasOwnSession);
+    if (!m_errorFile.empty())
+        settings.appendStandardErrorTo(m_errorFile);
     auto variables = m_environment.value_or(std::vector<std::string>());
     const auto environment = pointersTo(variables);
     pid_t process = 0;
@@ -208,6 +219,30 @@ bool Task::waitUntilExit(double seconds)
     pollfd ended { m_processDescriptor.number(), POLLIN, 0 };
     poll(&ended, 1, static_cast<int>(seconds * 1000));
     return !isRunning();
+}
+
+std::optional<Task::Ending> Task::ending(double seconds) const
+{
+    pollfd ended { m_processDescriptor.number(), POLLIN, 0 };
+    poll(&ended, 1, static_cast<int>(seconds * 1000));
+    siginfo_t information = {};
+    const auto id = static_cast<id_t>(m_processDescriptor.number());
+    if (waitid(P_PIDFD, id, &information, WEXITED | WNOHANG | WNOWAIT) != 0 || information.si_pid == 0)
+        return std::nullopt;
+    if (information.si_code == CLD_EXITED)
+        return Ending { information.si_status, 0 };
+    return Ending { 0, information.si_status };
+}
+
+void Task::killSession()
+{
+    if (m_process == 0 || m_status)
+        return;
+    syscall(SYS_pidfd_send_signal, m_processDescriptor.number(), SIGKILL, nullptr, 0);
+    // The dead leader is not collected before: until then its number can't become another session's.
+    if (m_hasOwnSession)
+        killProcessesOfSession(m_process);
+    reap(0);
 }
 
 void Task::signal(int number)

@@ -34,6 +34,11 @@ public:
     void setEnvironment(std::vector<std::string> environment) { m_environment = std::move(environment); }
     /// Standard error goes to a pipe, from whose standardError() it has to be read.
     void setStandardErrorToPipe() { m_pipesStandardError = true; }
+    /// Standard error is appended to the file.
+    void setStandardErrorToFile(std::string path) { m_errorFile = std::move(path); }
+    /// The program leads a session of its own: what is typed at the terminal does not interrupt it, and
+    /// killSession finds whatever it has started.
+    void setOwnSession() { m_hasOwnSession = true; }
 
     /// Starts the program. False when it cannot be started at all: there is none at the path, or it is none.
     /// Throws Exception "InvalidArgumentException" when the task has been launched before, or when there are
@@ -50,6 +55,17 @@ public:
     /// The exit status without waiting; nil while the program runs, and when it was never started.
     std::optional<int> terminationStatus();
 
+    /// How the program ended: its exit status, or the signal that ended it, else 0.
+    struct Ending {
+        int status;
+        int signal;
+    };
+    /// Waits for the end, at most so long, without collecting it: processIdentifier() stays this program's.
+    /// Nil while it runs.
+    std::optional<Ending> ending(double seconds) const;
+    /// Ends the program and every process of its session at once; only after setOwnSession.
+    void killSession();
+
     pid_t processIdentifier() const { return m_process; }
     const Descriptor& standardError() const { return m_standardError; }
 
@@ -62,6 +78,8 @@ private:
     std::optional<std::vector<std::string>> m_environment;
     QualityOfService m_quality = QualityOfService::Default;
     bool m_pipesStandardError = false;
+    std::string m_errorFile;
+    bool m_hasOwnSession = false;
 
     pid_t m_process = 0;
     Descriptor m_processDescriptor;
