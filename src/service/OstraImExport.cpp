@@ -3,6 +3,7 @@
 
 #include "service/OstraImExport.h"
 
+#include "platform/base/Exception.h"
 #include "platform/base/Log.h"
 #include "service/Interface.h"
 
@@ -25,6 +26,11 @@ std::int64_t integer(const Result& argument)
 {
     const auto* const number = argument ? argument->as<std::int64_t>() : nullptr;
     return number ? *number : 0;
+}
+
+Result refuses(const Arguments&)
+{
+    throw Exception(String(AccessDeniedError), u"not in this helper's profile"_s);
 }
 
 // Kept on purpose: some callers send this to any object at hand; it is logged and does nothing.
@@ -106,6 +112,16 @@ RemoteObject ostraImExport(CaddisHelper& helper)
             { "SetImage", "v", "", setImage },
         },
     };
+}
+
+RemoteObject withoutWriting(RemoteObject object)
+{
+    for (RemoteMethod& method : object.methods) {
+        const std::string_view member = method.member;
+        if (member == "WriteRTFDDataToFile" || member == "ExecuteFile" || member == "ExecuteSource")
+            method.invoke = refuses;
+    }
+    return object;
 }
 
 } // namespace caddis

@@ -12,4 +12,8 @@ inline constexpr std::u16string_view ServiceName = u"CaddisHelper64.4";
 /// per operation. `helper` has to outlive it.
 RemoteObject ostraImExport(CaddisHelper& helper);
 
+/// The same object for the reader's profile: the operations that write files and run scripts are refused with
+/// AccessDenied.
+RemoteObject withoutWriting(RemoteObject object);
+
 } // namespace caddis

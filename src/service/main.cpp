@@ -1,8 +1,11 @@
 #include "platform/base/Log.h"
 #include "platform/ipc/Server.h"
 #include "service/CaddisHelper.h"
+#include "service/HelperOptions.h"
 #include "service/OstraImExport.h"
+#include "service/ProcessLimits.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <malloc.h>
 #include <unistd.h>
@@ -14,6 +17,7 @@ namespace {
 // So long a second helper stays before it leaves, so that a caller who waits for it sees a normal process
 // end.
 constexpr unsigned FarewellSeconds = 1;
+constexpr int WrongUsage = 2;
 
 // Requests come in series, and each needs about as much memory as the one before. Given back to the kernel
 // after each, it would be faulted in again page by page, which takes as long as inflating a book does.
@@ -29,16 +33,25 @@ void keepFreedMemory()
 
 } // namespace
 
-int main()
+int main(int argumentCount, char** arguments)
 {
+    const auto options
+        = HelperOptions::read({ arguments + 1, static_cast<std::size_t>(std::max(argumentCount - 1, 0)) });
+    if (!options)
+        return WrongUsage;
     keepFreedMemory();
+    limitProcess(*options);
     CaddisHelper helper;
-    Server server(ostraImExport(helper));
-    const String name(ServiceName);
-    if (!server.registerName(name)) {
-        log(u"Couldn't register service %@", name);
+    const bool isReader = options->profile == HelperOptions::Profile::Reader;
+    Server server(isReader ? withoutWriting(ostraImExport(helper)) : ostraImExport(helper));
+    if (!server.registerName(options->name)) {
+        log(u"Couldn't register service %@", options->name);
         sleep(FarewellSeconds);
         return EXIT_SUCCESS;
     }
+    if (options->hasScratchFolder())
+        useScratchFolder(options->name);
+    if (isReader)
+        enterReaderProfile();
     server.run();
 }
