@@ -59,7 +59,10 @@ std::optional<Proxy> HelperTask::launchUsingTimeout(double timeout)
 
 std::optional<Proxy> HelperTask::startAndConnect(double timeout)
 {
-    m_task = std::make_unique<Task>(m_path);
+    m_task = std::make_unique<Task>(m_path, m_arguments);
+    if (m_isAttached)
+        m_task->setOwnSession();
+    m_task->setStandardErrorToFile(m_log);
     m_task->setQualityOfService(m_qualityOfService);
     m_task->launch();
     if (m_task->isRunning()) {
@@ -132,6 +135,26 @@ void HelperTask::terminate()
         m_task->terminate();
         m_ending = std::move(m_task);
     }
+    invalidate();
+}
+
+void HelperTask::setLaunch(const HelperLaunch& launch)
+{
+    m_isAttached = launch.attached;
+    m_log = launch.log;
+    m_arguments = { format(u"--name=%@", m_proxyName) };
+    if (launch.profile == HelperProfile::Reader)
+        m_arguments.push_back(u"--profile=reader"_s);
+    if (launch.memory)
+        m_arguments.push_back(format(u"--memory=%d", launch.memory));
+    if (launch.attached)
+        m_arguments.push_back(format(u"--attached=%d", getpid()));
+}
+
+void HelperTask::killWithChildren()
+{
+    if (m_task)
+        m_task->killSession();
     invalidate();
 }
 

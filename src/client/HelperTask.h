@@ -7,6 +7,23 @@
 
 namespace caddis {
 
+/// What a helper may do.
+enum class HelperProfile {
+    Base, ///< everything that its user may
+    /// For documents of strangers: it reads everywhere and writes only into its scratch folder, starts only
+    /// installed programs, opens no socket, and refuses to write RTFD or to run scripts. Where the kernel
+    /// does not have the means it says so once in its log and goes on with what there is.
+    Reader,
+};
+
+struct HelperLaunch {
+    HelperProfile profile = HelperProfile::Base;
+    std::size_t memory = 0; ///< the most bytes of its own that it may have; 0: its own limit
+    /// It leads a session of its own and is killed when the thread that launched it ends.
+    bool attached = false;
+    std::string log {}; ///< the file to which its log is appended; empty: this process's standard error
+};
+
 /// A helper process as its application sees it: started when needed, found again when it runs, stopped.
 ///
 ///     const auto helper = HelperTask::initWithPath(
@@ -50,6 +67,15 @@ public:
     /// Forgets the launched helper and this thread's connection to it.
     void invalidate();
 
+    /// How the helper is launched from now on. Unless it is called the program gets no arguments, and
+    /// registers the name that it knows by itself; with it, the name of this task.
+    void setLaunch(const HelperLaunch& launch);
+    /// Ends the launched helper at once and forgets it; of an attached one, all that it has started too.
+    void killWithChildren();
+    /// The launched helper; null when this task has launched none.
+    const Task* launchedTask() const { return m_task.get(); }
+    const String& registeredProxyName() const { return m_proxyName; }
+
     double timeout() const { return m_timeout; }
     void setTimeout(double seconds) { m_timeout = seconds; }
 
@@ -64,6 +90,9 @@ private:
     std::unique_ptr<Task> m_ending;
     String m_proxyName;
     String m_path;
+    std::vector<String> m_arguments;
+    bool m_isAttached = false;
+    std::string m_log;
     double m_timeout;
     const RemoteProtocol* m_protocol;
     unsigned m_failedAttempts = 0;
