@@ -1,5 +1,6 @@
 #pragma once
 
+#include "batch/Places.h"
 #include "client/HelperTask.h"
 
 #include <functional>
@@ -17,6 +18,7 @@ enum ExitCode : int {
     NothingFound = 1, ///< every request was answered, and at least one with nothing
     Usage = 2,
     HelperFailed = 3, ///< no helper could be had, or it died or did not answer in time
+    Interrupted = 130, ///< by a signal; what was begun was finished
 };
 
 /// One call of the tool.
@@ -42,9 +44,7 @@ struct Command {
     const char* example; ///< with what it prints
     std::size_t leastArguments;
     ExitCode (*run)(const Invocation&);
+    const char* options = nullptr; ///< of its own, which it reads itself out of its arguments; null: the common ones
 };
-
-/// The path as the helper, which has another working directory, must be told it.
-String absolutePath(const std::string& path);
 
 } // namespace caddis::tool
