@@ -32,7 +32,7 @@ std::optional<Data> HelperProxy::PDFImageRepOfFile(const FileReference& file) co
 }
 
 std::optional<Dictionary> HelperProxy::imageWithContentsOfFile(
-    const FileReference& file, const ImageRequest& request) const
+    const FileReference& file, const PictureRequest& request) const
 {
     return nilOr<Dictionary>(m_proxy.call("ImageWithContentsOfFile",
         { file.value, request.maxThumbnailSize, request.alwaysFromImage, request.stringFromPDF,

@@ -28,7 +28,7 @@ struct ScriptParameter {
     Data data;
 };
 
-struct ImageRequest {
+struct PictureRequest {
     std::int64_t maxThumbnailSize = 0;
     bool alwaysFromImage = false;
     bool stringFromPDF = false;
@@ -61,7 +61,7 @@ public:
 
     std::optional<Data> PDFImageRepOfFile(const FileReference& file) const;
     std::optional<Dictionary> imageWithContentsOfFile(
-        const FileReference& file, const ImageRequest& request) const;
+        const FileReference& file, const PictureRequest& request) const;
     /// TIFF data; `maxThumbnailSize` in pixels.
     std::optional<Data> previewForFile(
         const FileReference& file, std::int64_t maxThumbnailSize, bool asIcon) const;
