@@ -1,11 +1,10 @@
 #include "service/PictureRequests.h"
 
+#include "media/ImageDrawing.h"
 #include "media/ImageFileTypes.h"
-#include "media/ImageSizes.h"
+#include "media/ImageRepresentations.h"
 #include "media/ImageThumbnails.h"
 #include "platform/files/FileSystem.h"
-#include "platform/image/TIFF.h"
-#include "platform/preview/Picture.h"
 #include "service/PDFRequests.h"
 
 namespace caddis {
@@ -25,16 +24,31 @@ std::optional<Dictionary> fastThumbnail(const String& path, const ThumbnailReque
     return reply;
 }
 
+std::optional<Image> imageByReferencingFile(const std::optional<String>& path)
+{
+    auto image = path ? Image::initWithContentsOfFile(*path) : std::nullopt;
+    return image && isReallyValid(*image) ? image : std::nullopt;
+}
+
 // The bytes at the path itself are tried only where it leads to another file: they give the same picture
 // otherwise, and may take long to give none.
-std::optional<Picture> pictureAt(const String& path)
+std::optional<Image> imageAt(const String& path)
 {
     const auto opened = pathToPDF(path);
-    auto picture = Picture::initByReferencingFile(opened);
-    if (picture || opened == path)
-        return picture;
+    auto image = imageByReferencingFile(opened);
+    if (image || opened == path)
+        return image;
     const auto data = FileSystem::contentsOfFile(path);
-    return data ? Picture::initWithData(*data) : std::nullopt;
+    return data ? Image::initWithData(*data) : std::nullopt;
+}
+
+// Direct, or converted from PostScript now.
+std::optional<PDFImageRep> pageOf(const Image& image)
+{
+    if (const auto* const page = imageRepOfClass<PDFImageRep>(image))
+        return *page;
+    const auto* const program = EPSImageRepOf(image);
+    return program ? program->initializePDFImageRep() : std::nullopt;
 }
 
 std::optional<String> fileForText(const String& path, bool canUseSpotlight)
@@ -42,24 +56,30 @@ std::optional<String> fileForText(const String& path, bool canUseSpotlight)
     return canUseSpotlight ? std::optional(path) : std::nullopt;
 }
 
-std::optional<Dictionary> textOf(const Picture& picture, const String& path, const ThumbnailRequest& request)
+std::optional<Dictionary> textOf(const Image& image, const String& path, const ThumbnailRequest& request)
 {
-    const auto data = request.stringFromPDF ? picture.PDFRepresentation() : std::nullopt;
-    if (!data)
+    const auto page = request.stringFromPDF ? pageOf(image) : std::nullopt;
+    if (!page)
         return std::nullopt;
-    const auto file = fileForText(path, request.canUseSpotlight && picture.isDirectPDF());
-    return _attributedStringWithPDF(false, data, file, PageSize::LeftOut);
+    const auto file = fileForText(path, request.canUseSpotlight && imageRepOfClass<PDFImageRep>(image));
+    return _attributedStringWithPDF(false, page->PDFRepresentation(), file, PageSize::LeftOut);
 }
 
-Dictionary replyFor(const Picture& picture, const String& path, const ThumbnailRequest& request)
+Dictionary replyFor(Image& image, const String& path, const ThumbnailRequest& request)
 {
     const auto side = static_cast<double>(request.maxThumbnailSize);
-    const PDFThumb thumb = PDFThumbSize({ side, side }, picture.pixelSize(), picture.isPDFImage());
-    const auto bitmap = picture.bitmapWithPixelSize(thumb.size, thumb.fromRect);
-    const auto text = textOf(picture, path, request);
-    auto reply = Dictionary::fromPairs({ { u"Size", stringFromSize(picture.size()) },
-        { u"PixelSize", stringFromSize(picture.pixelSize()) }, { u"Alpha", picture.hasAlpha() },
-        { u"Thumbnail", bitmap ? TIFFRepresentation(*bitmap) : std::nullopt } });
+    const Size size = image.size();
+    const Size pixels = pixelSize(image);
+    const PDFThumb thumbnail = PDFThumbSize(image, { side, side });
+    const auto text = textOf(image, path, request);
+    image.setScales(true);
+    image.setSize(pixels);
+    auto reply = Dictionary::fromPairs({ { u"Size", stringFromSize(size) },
+        { u"PixelSize", stringFromSize(pixels) }, { u"Alpha", hasAlpha(image) },
+        { u"Thumbnail",
+            TIFFRepresentationWithPixelSize(image, thumbnail.size,
+                { .shouldAntialias = true, .interpolation = ImageInterpolation::High },
+                thumbnail.fromRect) } });
     if (text) {
         for (const auto& [key, value] : *text)
             reply.set(key, value);
@@ -71,8 +91,9 @@ Dictionary replyFor(const Picture& picture, const String& path, const ThumbnailR
 
 std::optional<Data> PDFImageRepOfFile(const std::optional<String>& path)
 {
-    const auto picture = path ? Picture::initByReferencingFile(pathToPDF(*path)) : std::nullopt;
-    return picture ? picture->PDFRepresentation() : std::nullopt;
+    const auto image = path ? imageByReferencingFile(pathToPDF(*path)) : std::nullopt;
+    const auto page = image ? pageOf(*image) : std::nullopt;
+    return page ? std::optional(page->PDFRepresentation()) : std::nullopt;
 }
 
 std::optional<Dictionary> imageWithContentsOfFile(
@@ -84,8 +105,8 @@ std::optional<Dictionary> imageWithContentsOfFile(
         if (auto reply = fastThumbnail(*path, request))
             return reply;
     }
-    if (const auto picture = pictureAt(*path))
-        return replyFor(*picture, *path, request);
+    if (auto image = imageAt(*path))
+        return replyFor(*image, *path, request);
     if (!request.stringFromPDF || !isRealPDFFile(*path))
         return std::nullopt;
     return _attributedStringWithPDF(false, FileSystem::contentsOfFile(*path),

@@ -1,22 +1,18 @@
 #include "service/PreviewRequests.h"
 
 #include "epub/EPUBParser.h"
-#include "media/ImageSizes.h"
+#include "media/ImageDrawing.h"
 #include "media/QuickLookPreview.h"
-#include "platform/image/TIFF.h"
-#include "platform/preview/Picture.h"
 
 namespace caddis {
 
 namespace {
 
-std::optional<Bitmap> coverOf(const String& book, std::int64_t maxThumbnailSize)
+std::optional<Image> coverOf(const String& book, std::int64_t maxThumbnailSize)
 {
-    const auto data = EPUBParser::coverDataForFile(book);
-    const auto cover = data ? Picture::initWithData(*data) : std::nullopt;
+    auto cover = EPUBParser::coverForFile(book);
     const auto side = static_cast<double>(maxThumbnailSize);
-    return cover && side > 0 ? cover->bitmapWithPixelSize(thumb({ side, side }, cover->pixelSize()))
-                             : std::nullopt;
+    return cover ? thumbForSize(*cover, { side, side }) : std::nullopt;
 }
 
 } // namespace
@@ -29,7 +25,7 @@ std::optional<Data> previewForFile(
     auto image = EPUBParser::isEPUBFile(*path) ? coverOf(*path, maxThumbnailSize) : std::nullopt;
     if (!image)
         image = OstraQuickLook::previewForFile(*path, maxThumbnailSize, asIcon);
-    return image ? TIFFRepresentation(*image) : std::nullopt;
+    return image ? image->TIFFRepresentation() : std::nullopt;
 }
 
 } // namespace caddis

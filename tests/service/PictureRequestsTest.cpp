@@ -51,7 +51,7 @@ protected:
     HelperProxy helper() { return HelperProxy(*m_task->proxy()); }
 
     /// The reply as "Key value, Key value"; thumbnails by their kind and the size in their header.
-    std::string reply(const String& path, const ImageRequest& request)
+    std::string reply(const String& path, const PictureRequest& request)
     {
         const auto reply = helper().imageWithContentsOfFile(path, request);
         std::string text = reply ? "" : "nil";
@@ -205,7 +205,7 @@ TEST_F(PictureRequests, ABookIsShownByItsCover)
     EXPECT_EQ(preview(covered, 30, false), "TIFF 20x30");
     EXPECT_EQ(preview(covered, 30, true), "TIFF 20x30");
     EXPECT_EQ(preview(book("b.epub", ""), 30, false), "nil") << "nothing else shows a book here";
-    EXPECT_EQ(preview(covered, 0, false), "nil");
+    EXPECT_EQ(preview(covered, 0, false), "TIFF 1x1") << "by the rule for thumbnails";
 }
 
 TEST_F(PictureRequests, FilesOfAnyKindHaveAPreviewOrAnIcon)

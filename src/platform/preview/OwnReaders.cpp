@@ -1,10 +1,9 @@
 #include "platform/preview/OwnReaders.h"
 
 #include "platform/files/MappedFile.h"
-#include "platform/image/AreaAverage.h"
 #include "platform/image/Fit.h"
+#include "platform/image/Image.h"
 #include "platform/movie/Asset.h"
-#include "platform/preview/Picture.h"
 
 #include <algorithm>
 
@@ -54,18 +53,49 @@ bool isMedia(std::string_view bytes)
     return isTransportStream || std::ranges::any_of(mediaSignatures, isAt);
 }
 
-Bitmap shrunk(const Bitmap& bitmap, Size maximum)
+constexpr std::chrono::seconds DrawingTimeout { 8 };
+
+Bitmap shrunk(const Bitmap& bitmap, Size size)
 {
-    const Size size = fitted(maximum, bitmap.size());
     if (size == bitmap.size())
         return bitmap;
-    const auto wide = static_cast<std::uint32_t>(size.width);
-    const auto high = static_cast<std::uint32_t>(size.height);
-    AreaAverage average(bitmap.pixelsWide, bitmap.pixelsHigh, wide, high);
-    for (std::size_t y = 0; y < bitmap.pixelsHigh; ++y)
-        average.addRow(bitmap.row(y));
-    return { wide, high, bitmap.hasAlpha, Data::adopt(average.take()) };
+    return resampled(bitmap, { 0, 0, bitmap.pixelsWide, bitmap.pixelsHigh },
+        static_cast<std::uint32_t>(size.width), static_cast<std::uint32_t>(size.height),
+        ImageInterpolation::High);
 }
+
+std::optional<Bitmap> drawn(const PDFImageRep& page, Size maximum)
+{
+    const Size size = fitted(maximum, page.size());
+    if (!(size.width >= 1) || !(size.height >= 1))
+        return std::nullopt;
+    const auto raster = page.raster({ .pixelsWide = static_cast<std::uint32_t>(size.width),
+        .pixelsHigh = static_cast<std::uint32_t>(size.height),
+        .deadline = std::chrono::steady_clock::now() + DrawingTimeout });
+    return raster ? std::optional(Bitmap { raster->pixelsWide, raster->pixelsHigh, false, raster->pixels })
+                  : std::nullopt;
+}
+
+std::optional<Bitmap> drawn(const EPSImageRep& program, Size maximum)
+{
+    const auto page = program.initializePDFImageRep();
+    return page ? drawn(*page, maximum) : std::nullopt;
+}
+
+std::optional<Bitmap> drawn(const BitmapImageRep& picture, Size maximum)
+{
+    const Size pixels { double(picture.pixelsWide()), double(picture.pixelsHigh()) };
+    const Size size = fitted(maximum, pixels);
+    const auto bitmap = picture.bitmapOfAtLeast(size);
+    return bitmap ? std::optional(shrunk(*bitmap, size)) : std::nullopt;
+}
+
+std::optional<Bitmap> drawn(const PICTImageRep& picture, Size maximum)
+{
+    return drawn(picture.picture, maximum);
+}
+
+std::optional<Bitmap> drawn(const IconImageRep& icon, Size maximum) { return drawn(icon.picture, maximum); }
 
 std::optional<Bitmap> cover(const Asset& asset, Size maximum)
 {
@@ -85,15 +115,17 @@ std::optional<Bitmap> posterOrCover(const String& path, Size maximum)
     auto frame = asset.copyImageAtTime(Time::withSeconds(middle, 1));
     if (!frame)
         frame = asset.copyImageAtTime(Time::zero());
-    return frame ? std::optional(shrunk(*frame, maximum)) : std::nullopt;
+    return frame ? std::optional(shrunk(*frame, fitted(maximum, frame->size()))) : std::nullopt;
 }
 
 } // namespace
 
 std::optional<Bitmap> ownPicture(const Data& data, Size maximum)
 {
-    const auto picture = Picture::initWithData(data);
-    return picture ? picture->bitmapWithPixelSize(fitted(maximum, picture->pixelSize())) : std::nullopt;
+    const auto image = Image::initWithData(data);
+    const ImageRep* const best
+        = image ? image->bestRepresentationForRect({ 0, 0, maximum.width, maximum.height }) : nullptr;
+    return best ? std::visit([&](const auto& rep) { return drawn(rep, maximum); }, *best) : std::nullopt;
 }
 
 std::optional<Bitmap> ownPicture(const String& path, Size maximum)
