@@ -99,7 +99,8 @@ std::unique_ptr<Statement> Parser::skipUnknownStatement(std::size_t first)
 std::unique_ptr<Statement> Parser::parseStatementStrictly()
 {
     const Nesting nesting(*this);
-    const Symbol word = at(TokenType::Word) ? peek().symbol : Symbol::None;
+    const bool isWord = at(TokenType::Word) && !beginsDictionaryPhrase();
+    const Symbol word = isWord ? peek().symbol : Symbol::None;
     switch (word) {
     case Symbol::Set:
         return isSetCommand() ? parseSetCommand() : parseSet();

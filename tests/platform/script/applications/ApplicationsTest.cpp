@@ -128,6 +128,25 @@ TEST_F(Applications, ErrorsAreTheirOwnOrTellWhatWentWrong)
     EXPECT_EQ(told("refuse"), "error -600");
 }
 
+// The program that the documentation shows.
+TEST_F(Applications, MayBeWrittenInAnyLanguage)
+{
+    m_task = std::make_unique<Task>(u"/usr/bin/python3"_s,
+        std::vector<String> { String::fromLatin1(CADDIS_EXAMPLES "/application/jar.py"),
+            String::fromUtf8(m_runtime.path().string()) });
+    m_task->launch();
+    const auto toldJar = [](const std::string& statement) {
+        return outcomeOf("tell application \"Jar\"\n" + statement + "\nend tell");
+    };
+    for (int tries = 0; tries < 500 && toldJar("running of it") != "true"; ++tries)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_EQ(toldJar("put sweets 3 of colour \"red\"\nput sweets 4"), "7");
+    EXPECT_EQ(toldJar("set label text to \"Mine é\"\nlabel text"), "\"Mine é\"");
+    EXPECT_EQ(toldJar("put sweets \"many\""), "error -609");
+    EXPECT_EQ(toldJar("try\nexists label text\non error m\nm\nend try"),
+        "\"Jar got an error: The jar doesn’t understand.\"");
+}
+
 // No dictionary, one that is hostile, a name that is no name.
 TEST_F(Applications, WithoutADictionaryAreUnknownUntilTheyAreTold)
 {
