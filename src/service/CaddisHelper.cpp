@@ -1,6 +1,6 @@
 #include "service/CaddisHelper.h"
 
-#include "platform/base/Exception.h"
+#include "service/Barrier.h"
 #include "service/FileArgument.h"
 #include "service/MovieRequests.h"
 #include "service/PDFRequests.h"
@@ -25,11 +25,7 @@ void CaddisHelper::terminate()
 std::optional<Data> CaddisHelper::PDFImageRepOfFile(const File& file)
 {
     const FileArgument argument(file);
-    try {
-        return caddis::PDFImageRepOfFile(argument.path());
-    } catch (const Exception&) {
-        return std::nullopt;
-    }
+    return barrier([&] { return caddis::PDFImageRepOfFile(argument.path()); });
 }
 
 std::optional<Dictionary> CaddisHelper::imageWithContentsOfFile(

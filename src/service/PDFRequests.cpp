@@ -1,12 +1,36 @@
 #include "service/PDFRequests.h"
 
+#include "foundation/ObjectExtensions.h"
 #include "media/PDFText.h"
+#include "platform/base/PlatformVersion.h"
+#include "platform/documents/PDFSelection.h"
+#include "platform/richtext/RTFD.h"
 
 namespace caddis {
 
 namespace {
 
-constexpr double TextTimeout = 60; // Seconds.
+constexpr int TextTimeout = 60; // Seconds.
+constexpr double FoundationWithSelectionData = 1252; // Selections make RTFD by themselves from there on.
+
+std::optional<Data> richText(const PDFDocument& document)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(TextTimeout);
+    const auto selection = PDFSelection::selectionForEntireDocument(document, deadline);
+    if (!selection)
+        return std::nullopt;
+    if (PlatformVersion::current().foundation >= FoundationWithSelectionData
+        && safeRespondsToSelector(*selection, u"rtfdData")) {
+        if (auto rtfd = selection->rtfdData())
+            return rtfd;
+    }
+    return RTFDFromString(selection->attributedString(), {});
+}
+
+template <typename T> std::optional<Value> asValue(std::optional<T> found)
+{
+    return found ? std::optional(Value(std::move(*found))) : std::nullopt;
+}
 
 void addSize(Dictionary& reply, const PDFDocument& document)
 {
@@ -29,10 +53,10 @@ std::optional<Dictionary> _attributedStringWithPDF(
     Dictionary reply;
     if (document->isLocked()) {
         reply.set(u"Locked"_s, Value(true));
-    } else if (!attributed) {
-        // FIXME: The text of a selection with its attributes, as RTFD, needs attributed strings.
-        if (auto text = fixedAndNormalizedString(*document, TextTimeout))
-            reply.set(u"String"_s, Value(std::move(*text)));
+    } else if (attributed) {
+        reply.set(u"String"_s, asValue(richText(*document)));
+    } else {
+        reply.set(u"String"_s, asValue(fixedAndNormalizedString(*document, TextTimeout)));
     }
     reply.set(u"PageCount"_s, Value(document->pageCount()));
     for (const auto& [key, value] : attributes)

@@ -1,4 +1,7 @@
+#include "platform/files/FileSystem.h"
 #include "service/CaddisHelper.h"
+#include "support/PrivateRuntimeDirectory.h"
+#include "support/Run.h"
 #include "support/TemporaryFolder.h"
 #include "support/Text.h"
 
@@ -35,6 +38,28 @@ TEST(RichTextRequests, FailureIsNilOrNo)
     EXPECT_FALSE(helper.writeRTFDDataToFile(Value(Data::copyOf("no text")), Value(folder.path("b.rtfd"))));
     EXPECT_FALSE(helper.writeRTFDDataToFile(std::nullopt, Value(folder.path("b.rtfd"))));
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+// The tool shows, converts and lists what the helper makes of a document.
+TEST(RichTextRequests, AreReachedByTheTool)
+{
+    const PrivateRuntimeDirectory runtime;
+    const TemporaryFolder folder;
+    folder.write("a.rtfd/TXT.rtf",
+        "{\\rtf1 see {\\b this} {{\\NeXTGraphic p.png \\width200 \\height200}\xAC}\\line end}");
+    folder.write("a.rtfd/p.png", "PNG");
+    const std::string source = folder.path("a.rtfd").utf8();
+    EXPECT_EQ(run(CADDIS_TOOL " text " + source).output, "see this \nend\n");
+    const Outcome json = run(CADDIS_TOOL " richtext --json " + source);
+    EXPECT_NE(json.output.find("\"attachments\": [\"p.png\"]"), std::string::npos) << json.output;
+    for (const auto* const kind : { "rtfd", "rtf", "txt" }) {
+        const std::string target = folder.path("b.").utf8() + kind;
+        EXPECT_EQ(run(CADDIS_TOOL " richtext " + source + " -o " + target).status, 0);
+        EXPECT_NE(run(CADDIS_TOOL " richtext " + target).output.find("see this"), std::string::npos) << kind;
+    }
+    EXPECT_TRUE(FileSystem::isDirectory(folder.path("b.rtfd")));
+    EXPECT_EQ(run(CADDIS_TOOL " richtext " + source + " -o /nowhere/b.rtfd").status, 2);
+    EXPECT_EQ(run(CADDIS_TOOL " richtext /nowhere.rtf").status, 1);
 }
 
 } // namespace

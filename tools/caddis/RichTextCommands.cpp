@@ -1,5 +1,6 @@
 #include "RichTextCommands.h"
 
+#include "Input.h"
 #include "Output.h"
 #include "ValuePrinter.h"
 #include "client/HelperProxy.h"
@@ -13,11 +14,24 @@ namespace caddis::tool {
 
 namespace {
 
-// The text of the reply's data; nil when the reply has none.
-std::optional<AttributedString> textIn(const std::optional<Dictionary>& reply)
+// What the helper says of a file. RTFD data is under "Rtfd", or, of a PDF, under "String".
+struct Document {
+    Dictionary reply;
+    Data rtfd;
+    AttributedString text;
+};
+
+std::optional<Document> documentIn(const Invocation& invocation, const std::string& file)
 {
-    const Value* const rtfd = reply ? reply->find(u"Rtfd") : nullptr;
-    return rtfd && rtfd->is<Data>() ? initWithRTFD(*rtfd->as<Data>()) : std::nullopt;
+    const HelperProxy helper(invocation.helper());
+    const auto data = contentsOf(file);
+    const bool isPDF = data && data->chars().starts_with("%PDF-");
+    auto reply = isPDF ? helper.attributedStringWithPDF(true, *data)
+                       : helper.attributedStringWithContentsOfFile(absolutePath(file));
+    const Value* const value = reply ? reply->find(isPDF ? u"String" : u"Rtfd") : nullptr;
+    const Data* const rtfd = value ? value->as<Data>() : nullptr;
+    auto text = rtfd ? initWithRTFD(*rtfd) : std::nullopt;
+    return text ? std::optional(Document { std::move(*reply), *rtfd, std::move(*text) }) : std::nullopt;
 }
 
 // Readers of text want to see that there is something, not which character the platform has for it.
@@ -29,29 +43,27 @@ std::string printable(const AttributedString& text)
     return String(units).utf8();
 }
 
-Dictionary describe(const AttributedString& text, const Dictionary& reply)
+Dictionary describe(const Document& document)
 {
     Array attachments;
-    for (const Attachment& attachment : text.attachments())
+    for (const Attachment& attachment : document.text.attachments())
         attachments.emplace_back(attachment.file.name);
-    const Value* const attributes = reply.find(u"DocumentAttributes");
+    const Value* const attributes = document.reply.find(u"DocumentAttributes");
     return { { u"DocumentAttributes"_s, attributes ? *attributes : Value(Dictionary()) },
-        { u"text"_s, text.string() }, { u"attachments"_s, attachments } };
+        { u"text"_s, document.text.string() }, { u"attachments"_s, attachments } };
 }
 
-ExitCode write(const Invocation& invocation, const AttributedString& text, const Dictionary& reply)
+ExitCode write(const Invocation& invocation, const Document& document)
 {
     const std::string& file = *invocation.output;
     if (file.ends_with(".rtfd")) {
-        const Data rtfd = *reply.find(u"Rtfd")->as<Data>();
-        if (HelperProxy(invocation.helper()).writeRTFDData(rtfd, absolutePath(file)))
+        if (HelperProxy(invocation.helper()).writeRTFDData(document.rtfd, absolutePath(file)))
             return Success;
         std::fprintf(stderr, "%s: the package can't be written\n", file.c_str());
         return Usage;
     }
-    const bool isRTF = file.ends_with(".rtf");
-    const Data data
-        = isRTF ? RTFFromString(text, text.documentAttributes) : Data::adopt(printable(text) + '\n');
+    const Data data = file.ends_with(".rtf") ? RTFFromString(document.text, document.text.documentAttributes)
+                                             : Data::adopt(printable(document.text) + '\n');
     return writeData(data, file) ? Success : Usage;
 }
 
@@ -59,24 +71,21 @@ ExitCode write(const Invocation& invocation, const AttributedString& text, const
 
 std::optional<String> textOfDocument(const Invocation& invocation, const std::string& file)
 {
-    const auto text
-        = textIn(HelperProxy(invocation.helper()).attributedStringWithContentsOfFile(absolutePath(file)));
-    return text ? std::optional(String::fromUtf8(printable(*text))) : std::nullopt;
+    const auto document = documentIn(invocation, file);
+    return document ? std::optional(String::fromUtf8(printable(document->text))) : std::nullopt;
 }
 
 ExitCode richtext(const Invocation& invocation)
 {
     const std::string& file = invocation.arguments.front();
-    const auto reply
-        = HelperProxy(invocation.helper()).attributedStringWithContentsOfFile(absolutePath(file));
-    const auto text = textIn(reply);
-    if (!text) {
+    const auto document = documentIn(invocation, file);
+    if (!document) {
         std::fprintf(stderr, "%s: nothing could be read\n", file.c_str());
         return NothingFound;
     }
     if (invocation.output && !invocation.json)
-        return write(invocation, *text, *reply);
-    print((invocation.json ? json(describe(*text, *reply)) : printable(*text)) + '\n');
+        return write(invocation, *document);
+    print((invocation.json ? json(describe(*document)) : printable(document->text)) + '\n');
     return Success;
 }
 

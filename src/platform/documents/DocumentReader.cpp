@@ -22,6 +22,8 @@ bool startsWithUnicodeMark(std::string_view bytes)
 bool isText(std::string_view bytes)
 {
     constexpr std::size_t Looked = 4096;
+    if (bytes.starts_with("%PDF-"))
+        return false;
     return startsWithUnicodeMark(bytes) || bytes.substr(0, Looked).find('\0') == std::string_view::npos;
 }
 

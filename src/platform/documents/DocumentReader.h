@@ -13,8 +13,8 @@ namespace caddis {
 /// (OfficeDocument.h)
 /// - otherwise plain text in any encoding (PlainText.h), in Helvetica 12
 ///
-/// Contents decide, not names. Nil when the file can't be read, and for bytes that are no text: those with a
-/// NUL among the first 4096 which neither a byte-order mark nor their order explains.
+/// Contents decide, not names. Nil when the file can't be read, and for bytes that are no text: a PDF, and
+/// those with a NUL among the first 4096 which neither a byte-order mark nor their order explains.
 std::optional<AttributedString> attributedStringWithPath(const String& path);
 
 } // namespace caddis
