@@ -3,6 +3,7 @@
 #include "epub/EPUBParser.h"
 #include "importers/DocumentKinds.h"
 #include "importers/ImporterDiscovery.h"
+#include "importers/TypeDeclarations.h"
 #include "platform/base/Log.h"
 #include "platform/base/Paths.h"
 #include "platform/files/ContentType.h"
@@ -200,6 +201,7 @@ void MetaDataImporter::addBundleToMDImporters(const Bundle& bundle, const String
         return;
     }
     const Dictionary& info = bundle.infoDictionary();
+    declareContentTypes(info);
     if (const auto* documentTypes = arrayIn(info, u"CFBundleDocumentTypes")) {
         for (const Value& item : *documentTypes) {
             const auto* type = item.as<Dictionary>();
@@ -265,12 +267,12 @@ MetaDataImporter::Outcome MetaDataImporter::run(const String& importer, const St
 
 bool MetaDataImporter::getMetaData(std::optional<Dictionary>* attributes, const String& path)
 {
-    const auto type = contentTypeOfItem(path);
-    if (!type)
+    if (!contentTypeOfItem(path))
         return false;
-    const String contentType = lowercase(*type);
+    loadMDImporters(); // Their declarations may say more of the type.
+    const auto type = contentTypeOfItem(path);
+    const String contentType = lowercase(type.value_or(String()));
     const String extension = lowercase(pathExtension(path));
-    loadMDImporters();
     const std::vector<String> order = m_importers; // Importers may be dropped on the way.
     for (const String& importer : order) {
         if (!matches(importer, contentType, extension))
@@ -313,8 +315,8 @@ std::optional<String> MetaDataImporter::textContentOfFileAtPath(const String& pa
 
 std::optional<String> MetaDataImporter::importerOfFileAtPath(const String& path)
 {
-    const auto type = contentTypeOfItem(path);
     loadMDImporters();
+    const auto type = contentTypeOfItem(path);
     for (const String& importer : m_importers) {
         if (type && matches(importer, lowercase(*type), lowercase(pathExtension(path))))
             return importer;

@@ -1,7 +1,6 @@
 #include "foundation/MIMETypes.h"
 
 #include "foundation/Base64.h"
-#include "platform/files/SharedMIMEDatabase.h"
 #include "support/Text.h"
 
 #include <gtest/gtest.h>
@@ -18,16 +17,6 @@ TEST(MIMETypes, KnowsTheTypesOfPagesAndBooks)
     EXPECT_EQ(MIMETypeForExtension(u""_s), std::nullopt);
     EXPECT_EQ(MIMETypeForExtension(u"odt"_s), u"application/vnd.oasis.opendocument.text"_s)
         << "of the system's";
-}
-
-TEST(MIMETypes, ReadsTheSharedDatabaseByWeight)
-{
-    SharedMIMEDatabase database;
-    database.add("# comment\n50:a/light:*.x\n80:a/heavy:*.x:cs\n80:a/late:*.x\n50:a/b:*.tar.gz\nx:a/b:*.y\n"
-                 "50:a/b:y*\n50::*.y\n50:a/b:*.y*\n50");
-    EXPECT_EQ(database.typeForExtension(u"x"_s), u"a/heavy"_s);
-    EXPECT_EQ(database.typeForExtension(u"tar.gz"_s), u"a/b"_s);
-    EXPECT_EQ(database.typeForExtension(u"y"_s), std::nullopt);
 }
 
 TEST(MIMETypes, TellsMarkup)

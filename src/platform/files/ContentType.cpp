@@ -5,6 +5,7 @@
 #include "platform/files/FileSystem.h"
 #include "platform/files/SharedMIMEDatabase.h"
 
+#include <mutex>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <unordered_map>
@@ -57,10 +58,30 @@ const Tables& tables()
     return instance;
 }
 
-std::optional<String> find(const Index& index, const String& key)
+// What programs have declared, in a process that lasts: never taken back.
+struct DeclaredTypes {
+    std::mutex mutex;
+    std::unordered_map<String, String> files;
+    std::unordered_map<String, String> packages;
+    std::unordered_map<String, String> mimeTypes;
+};
+
+DeclaredTypes& declaredTypes()
 {
-    const auto found = index.find(key.view());
-    return found == index.end() ? std::nullopt : std::optional(String(found->second));
+    static DeclaredTypes types;
+    return types;
+}
+
+using Words = std::unordered_map<String, String> DeclaredTypes::*;
+
+std::optional<String> find(const Index& index, Words words, const String& key)
+{
+    if (const auto found = index.find(key.view()); found != index.end())
+        return String(found->second);
+    DeclaredTypes& declared = declaredTypes();
+    const std::lock_guard lock(declared.mutex);
+    const auto found = (declared.*words).find(key);
+    return found == (declared.*words).end() ? std::nullopt : std::optional(found->second);
 }
 
 String lowercaseAscii(const String& text)
@@ -74,8 +95,16 @@ String lowercaseAscii(const String& text)
 // What the shared MIME database knows of an extension that the table does not have.
 std::optional<String> sharedTypeForExtension(const String& extension)
 {
-    const auto type = SharedMIMEDatabase::system().typeForExtension(extension);
-    return type ? contentTypeForMIMEType(*type) : std::nullopt;
+    const auto& database = SharedMIMEDatabase::system();
+    const auto type = database.typeForExtension(extension);
+    for (const String& kind : type ? database.lineageOf(*type) : std::vector<String>()) {
+        // Nearly everything is a kind of these, which says nothing.
+        if (kind == u"text/plain" || kind == u"application/octet-stream")
+            continue;
+        if (auto known = contentTypeForMIMEType(kind))
+            return known;
+    }
+    return std::nullopt;
 }
 
 String typeOfFile(const String& extension, bool isExecutable)
@@ -92,13 +121,25 @@ String typeOfFile(const String& extension, bool isExecutable)
 
 std::optional<String> contentTypeForExtension(const String& extension, ContentTypeKind kind)
 {
-    const Index& index = kind == ContentTypeKind::Package ? tables().packages : tables().files;
-    return find(index, lowercaseAscii(extension));
+    const String key = lowercaseAscii(extension);
+    return kind == ContentTypeKind::Package ? find(tables().packages, &DeclaredTypes::packages, key)
+                                            : find(tables().files, &DeclaredTypes::files, key);
 }
 
 std::optional<String> contentTypeForMIMEType(const String& type)
 {
-    return find(tables().mimeTypes, lowercaseAscii(type));
+    return find(tables().mimeTypes, &DeclaredTypes::mimeTypes, lowercaseAscii(type));
+}
+
+void declareContentType(const ContentTypeDeclaration& declaration)
+{
+    DeclaredTypes& declared = declaredTypes();
+    const std::lock_guard lock(declared.mutex);
+    auto& names = declaration.kind == ContentTypeKind::Package ? declared.packages : declared.files;
+    for (const String& extension : declaration.extensions)
+        names.try_emplace(lowercaseAscii(extension), declaration.identifier);
+    for (const String& type : declaration.mimeTypes)
+        declared.mimeTypes.try_emplace(lowercaseAscii(type), declaration.identifier);
 }
 
 String dynamicTypeForExtension(const String& extension)

@@ -1,62 +1,61 @@
 #include "platform/files/SharedMIMEDatabase.h"
 
 #include "platform/base/Paths.h"
-#include "platform/files/FileSystem.h"
+#include "platform/files/MappedFile.h"
 #include "platform/files/XDGFolders.h"
 
-#include <charconv>
+#include <algorithm>
 
 namespace caddis {
 
 namespace {
 
-// Cuts the text at the mark and gives what stood before it.
-std::string_view cutBefore(std::string_view& text, char mark)
-{
-    const std::string_view before = text.substr(0, text.find(mark));
-    text.remove_prefix(std::min(before.size() + 1, text.size()));
-    return before;
-}
+constexpr std::size_t MaximumLineage = 64;
 
 } // namespace
 
 const SharedMIMEDatabase& SharedMIMEDatabase::system()
 {
     static const SharedMIMEDatabase database = [] {
-        SharedMIMEDatabase result;
+        std::vector<MIMECache> caches;
         for (const String& folder : XDGFolders::data()) {
-            const String path = stringByAppendingPathComponent(folder, u"mime/globs2");
-            if (const auto globs = FileSystem::contentsOfFile(path))
-                result.add(globs->chars());
+            const auto bytes = MappedFile::open(stringByAppendingPathComponent(folder, u"mime/mime.cache"));
+            if (const auto cache = bytes ? MIMECache::open(*bytes) : std::nullopt)
+                caches.push_back(*cache);
         }
-        return result;
+        return SharedMIMEDatabase(std::move(caches));
     }();
     return database;
 }
 
-void SharedMIMEDatabase::add(std::string_view globs2)
-{
-    while (!globs2.empty()) {
-        std::string_view line = cutBefore(globs2, '\n');
-        const std::string_view digits = cutBefore(line, ':');
-        const std::string_view type = cutBefore(line, ':');
-        const std::string_view pattern = cutBefore(line, ':');
-        int weight = 0;
-        if (std::from_chars(digits.data(), digits.data() + digits.size(), weight).ec != std::errc())
-            continue;
-        if (type.empty() || !pattern.starts_with("*.") || pattern.find_first_of("*?[", 1) != pattern.npos)
-            continue;
-        const Entry entry { weight, String::fromUtf8(type) };
-        const auto [present, added] = m_types.try_emplace(String::fromUtf8(pattern.substr(2)), entry);
-        if (!added && present->second.weight < weight)
-            present->second = entry;
-    }
-}
-
 std::optional<String> SharedMIMEDatabase::typeForExtension(const String& extension) const
 {
-    const auto found = m_types.find(extension);
-    return found == m_types.end() ? std::nullopt : std::optional(found->second.type);
+    for (const MIMECache& cache : m_caches) {
+        if (const auto type = cache.typeForExtension(extension.utf8()))
+            return String::fromUtf8(*type);
+    }
+    return std::nullopt;
+}
+
+std::vector<String> SharedMIMEDatabase::lineageOf(const String& type) const
+{
+    std::vector<String> lineage;
+    const auto add = [&](const std::string& name) {
+        std::string own = name;
+        for (const MIMECache& cache : m_caches)
+            own = cache.typeForAlias(own).value_or(own);
+        String found = String::fromUtf8(own);
+        if (lineage.size() < MaximumLineage && std::ranges::find(lineage, found) == lineage.end())
+            lineage.push_back(std::move(found));
+    };
+    add(type.utf8());
+    for (std::size_t index = 0; index < lineage.size(); ++index) {
+        for (const MIMECache& cache : m_caches) {
+            for (const std::string& parent : cache.parentsOf(lineage[index].utf8()))
+                add(parent);
+        }
+    }
+    return lineage;
 }
 
 } // namespace caddis

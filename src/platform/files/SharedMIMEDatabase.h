@@ -1,40 +1,35 @@
 #pragma once
 
 #include "platform/base/String.h"
+#include "platform/files/MIMECache.h"
 
 #include <optional>
-#include <string_view>
-#include <unordered_map>
+#include <vector>
 
 namespace caddis {
 
-/// The desktop's shared MIME database, as far as extensions name types.
-///
-/// Source: the "globs2" files of the Shared MIME-info Database specification, one line per pattern:
-///
-///     weight ":" type ":" "*.extension" [":" flags]
-///
-/// Of several types for one extension the heaviest counts, and of equal ones the first. Other patterns are
-/// passed over.
+/// The desktop's shared MIME database: the caches in the mime folders below XDG_DATA_HOME and XDG_DATA_DIRS,
+/// the user's first.
 class SharedMIMEDatabase {
 public:
-    /// From the mime folders below XDG_DATA_HOME and XDG_DATA_DIRS, the user's first; read at the first call
-    /// and kept.
+    /// Opened at the first call and kept.
     static const SharedMIMEDatabase& system();
 
-    /// Adds the lines of one globs2 file; what is no such line is passed over.
-    void add(std::string_view globs2);
+    explicit SharedMIMEDatabase(std::vector<MIMECache> caches)
+        : m_caches(std::move(caches))
+    {
+    }
 
-    /// Nil for an unknown extension; it is given without its dot, in lower case.
+    /// Nil for an unknown extension; it is given without its dot, in lower case. The first cache that knows
+    /// it decides.
     std::optional<String> typeForExtension(const String& extension) const;
 
-private:
-    struct Entry {
-        int weight;
-        String type;
-    };
+    /// The type and what it is a kind of, from near to far: other names are replaced by the type's own. At
+    /// most 64 types.
+    std::vector<String> lineageOf(const String& type) const;
 
-    std::unordered_map<String, Entry> m_types;
+private:
+    std::vector<MIMECache> m_caches;
 };
 
 } // namespace caddis

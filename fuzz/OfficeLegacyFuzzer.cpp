@@ -1,0 +1,11 @@
+// Binary office documents.
+//
+// Invariants: those of ImporterRun.h.
+
+#include "ImporterRun.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    caddis::importTwice("com.microsoft.word.doc", data, size);
+    return 0;
+}

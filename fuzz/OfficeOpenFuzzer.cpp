@@ -1,0 +1,11 @@
+// Office Open documents.
+//
+// Invariants: those of ImporterRun.h.
+
+#include "ImporterRun.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    caddis::importTwice("org.openxmlformats.wordprocessingml.document", data, size);
+    return 0;
+}

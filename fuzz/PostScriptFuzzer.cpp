@@ -1,0 +1,11 @@
+// The comments of PostScript.
+//
+// Invariants: those of ImporterRun.h.
+
+#include "ImporterRun.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    caddis::importTwice("com.adobe.postscript", data, size);
+    return 0;
+}
