@@ -44,7 +44,8 @@ struct Command {
     const char* example; ///< with what it prints
     std::size_t leastArguments;
     ExitCode (*run)(const Invocation&);
-    const char* options = nullptr; ///< of its own, which it reads itself out of its arguments; null: the common ones
+    const char* options
+        = nullptr; ///< of its own, which it reads itself out of its arguments; null: the common ones
 };
 
 } // namespace caddis::tool
