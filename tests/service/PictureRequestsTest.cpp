@@ -125,6 +125,26 @@ TEST_F(PictureRequests, APhotographTakesTheFastRouteUnlessItsTextIsWanted)
         << "never enlarged";
 }
 
+// One pixel in two colours and so many frames.
+std::string gif(int frames)
+{
+    std::string bytes("GIF89a\1\0\1\0\x80\0\0\xFF\0\0\0\xFF\0", 19);
+    for (int frame = 0; frame < frames; ++frame)
+        bytes += std::string("\x21\xF9\4\0\x0A\0\0\0,\0\0\0\0\1\0\1\0\0\2\2\x44\1\0", 23);
+    return bytes + ';';
+}
+
+TEST_F(PictureRequests, AnAnimationIsMarkedByFramesAndTheExactSuffix)
+{
+    const PictureRequest request { .maxThumbnailSize = 50 };
+    const std::string still = "Properties {}, Thumbnail <TIFF 1x1>";
+    EXPECT_EQ(reply(m_folder.write("a.gif", gif(2)), request), still + ", Animated yes");
+    EXPECT_EQ(reply(m_folder.write("a.GIF", gif(2)), request), still);
+    EXPECT_EQ(reply(m_folder.write("b.gif", gif(1)), request), still);
+    EXPECT_EQ(reply(m_folder.path("a.gif"), { .maxThumbnailSize = 50, .stringFromPDF = true }),
+        "Size {1, 1}, PixelSize {1, 1}, Alpha no, Thumbnail <TIFF 1x1>");
+}
+
 TEST_F(PictureRequests, TheSmallPictureThatAFileCarriesIsTakenUnlessForbidden)
 {
     const String path = m_folder.write(

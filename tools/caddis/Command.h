@@ -25,6 +25,7 @@ enum ExitCode : int {
 struct Invocation {
     bool json = false;
     bool items = false; ///< --items
+    bool icon = false; ///< --icon
     bool source = false; ///< --source of a web archive
     std::optional<std::string> output; ///< -o
     std::optional<std::uint32_t> size; ///< --size, in pixels

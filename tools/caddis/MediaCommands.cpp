@@ -1,6 +1,7 @@
 #include "MediaCommands.h"
 
 #include "Output.h"
+#include "PictureOutput.h"
 #include "ValuePrinter.h"
 #include "client/HelperProxy.h"
 #include "platform/base/Geometry.h"
@@ -18,24 +19,21 @@ bool isKnown(const Dictionary& reply)
     return (seconds && *seconds > 0) || reply.stringForKey(u"Size") != stringFromSize({});
 }
 
-// What stands under "Metadata" is said beside the rest.
-Dictionary flat(const Dictionary& reply)
+bool writePoster(const Invocation& invocation, const Dictionary& reply, const std::string& file)
 {
-    Dictionary result = reply;
-    if (const Value* const metadata = reply.find(u"Metadata")) {
-        if (const auto* const entries = metadata->as<Dictionary>()) {
-            for (const auto& [key, value] : *entries)
-                result.set(key, value);
-        }
-    }
-    result.remove(u"Metadata");
-    return result;
+    const Value* const poster = reply.find(u"Thumbnail");
+    const auto* const tiff = poster ? poster->as<Data>() : nullptr;
+    if (!tiff)
+        std::fprintf(stderr, "%s: it shows no picture\n", file.c_str());
+    return tiff && writePicture(*tiff, pictureFile(invocation, file));
 }
 
 } // namespace
 
 ExitCode movie(const Invocation& invocation)
 {
+    if (!hasPlaceForAll(invocation))
+        return Usage;
     const HelperProxy helper(invocation.helper());
     ExitCode code = Success;
     for (const std::string& file : invocation.arguments) {
@@ -44,8 +42,12 @@ ExitCode movie(const Invocation& invocation)
             code = NothingFound;
         if (invocation.json)
             print(json(Dictionary { { u"file"_s, String::fromUtf8(file) }, { u"movie"_s, reply } }) + '\n');
-        else
-            print(file + '\n' + (isKnown(reply) ? lines(flat(reply)) : "  this is no movie\n"));
+        else if (!isKnown(reply))
+            print(file + "\n  this is no movie\n");
+        else if (!invocation.output)
+            print(file + '\n' + lines(withEntriesOf(reply, u"Metadata")));
+        if (invocation.output && !writePoster(invocation, reply, file))
+            code = NothingFound;
     }
     return code;
 }

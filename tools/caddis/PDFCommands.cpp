@@ -2,9 +2,9 @@
 
 #include "Input.h"
 #include "Output.h"
-#include "PNG.h"
 #include "media/ExtendedPDF.h"
 #include "media/PDFRedrawing.h"
+#include "platform/image/ImageFiles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -64,7 +64,9 @@ ExitCode page(const Invocation& invocation)
             number, document->pageCount());
         return NothingFound;
     }
-    return writeData(pngOf(*picture), invocation.output) ? Success : Usage;
+    const Bitmap bitmap { picture->pixelsWide, picture->pixelsHigh, false, picture->pixels };
+    const auto png = PNGRepresentation(bitmap);
+    return png && writeData(*png, invocation.output) ? Success : Usage;
 }
 
 ExitCode pdfFix(const Invocation& invocation)

@@ -42,6 +42,13 @@ template <typename Number> std::string number(Number value)
     return { digits, std::to_chars(digits, digits + sizeof digits, value).ptr };
 }
 
+// Messages carry floats as doubles: those that a float can hold are shown with a float's digits.
+std::string number(double value)
+{
+    const auto single = static_cast<float>(value);
+    return single == value ? number<float>(single) : number<double>(value);
+}
+
 std::string iso8601(Date date)
 {
     const std::string text = date.description().utf8(); // "2001-01-01 00:00:00 +0000"
@@ -127,6 +134,18 @@ std::string lines(const Dictionary& dictionary)
         result += "  " + name + std::string(width + 2 - std::min(width, key.length()), ' ') + shown(value)
             + '\n';
     }
+    return result;
+}
+
+Dictionary withEntriesOf(const Dictionary& dictionary, std::u16string_view key)
+{
+    Dictionary result = dictionary;
+    const Value* const inner = dictionary.find(key);
+    if (const auto* const entries = inner ? inner->as<Dictionary>() : nullptr) {
+        for (const auto& [name, value] : *entries)
+            result.set(name, value);
+    }
+    result.remove(key);
     return result;
 }
 

@@ -16,4 +16,7 @@ std::string json(const Value& value);
 /// "; ", long texts are cut and followed by their length, data is only counted.
 std::string lines(const Dictionary& dictionary);
 
+/// The dictionary with what stands under `key` beside the rest.
+Dictionary withEntriesOf(const Dictionary& dictionary, std::u16string_view key);
+
 } // namespace caddis::tool

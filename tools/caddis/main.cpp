@@ -10,6 +10,7 @@
 #include "LibraryCommands.h"
 #include "MediaCommands.h"
 #include "PDFCommands.h"
+#include "PictureCommands.h"
 #include "Quiet.h"
 #include "RichTextCommands.h"
 #include "ScriptCommands.h"
@@ -88,11 +89,26 @@ constexpr Command table[] = {
         "  $ caddis date 'Mon, 06 Mar 2023 18:06:57 +0200'\n"
         "  2023-03-06 16:06:57 +0000  Mon, 06 Mar 2023 18:06:57 +0200\n",
         1, date },
-    { "movie", "FILE…", "size, duration and tags of movies and sound",
+    { "thumbnail", "FILE…", "what is known of pictures, or small ones of them (-o)",
+        "  $ caddis thumbnail photo.jpg --size 128 -o small.png\n"
+        "  $ caddis thumbnail *.jpg -o thumbnails/\n"
+        "  $ caddis thumbnail drawing.eps\n"
+        "  drawing.eps\n"
+        "    Size       {120, 80}\n"
+        "    PixelSize  {120, 80}\n"
+        "    Alpha      yes\n"
+        "    Thumbnail  <38600 bytes>\n",
+        1, thumbnail },
+    { "preview", "FILE…", "a picture of a file of any kind, or its icon (--icon)",
+        "  $ caddis preview letter.odt -o letter.png\n"
+        "  $ caddis preview --icon --size 64 *.* -o icons/\n",
+        1, preview },
+    { "movie", "FILE…", "size, duration and tags of movies and sound, or the poster (-o)",
         "  $ caddis movie trailer.mp4\n"
         "  trailer.mp4\n"
         "    Duration  5.022\n"
-        "    Size      {854, 480}\n",
+        "    Size      {854, 480}\n"
+        "  $ caddis movie trailer.mp4 -o poster.png\n",
         1, movie },
     { "pdf-of-image", "FILE", "a PDF or PostScript picture as PDF",
         "  $ caddis pdf-of-image drawing.eps -o drawing.pdf\n", 1, pdfOfImage },
@@ -138,7 +154,8 @@ constexpr char Options[] = "  --json       print JSON, one line per result\n"
                            "  --items      of a feed: print its items, one line of JSON each\n"
                            "  --source     of a web archive: print its page's markup\n"
                            "  --url URL    of a feed: where it comes from, to resolve its links\n"
-                           "  --size N     of a page: its longer side in pixels\n"
+                           "  --icon       of a preview: the icon of a file that can't be shown\n"
+                           "  --size N     of a page or a picture: its longer side in pixels\n"
                            "  --source TEXT  of a script: its source, instead of FILE\n"
                            "  --keep       leave a helper that had to be launched running\n"
                            "  --help       this; after a command, that command\n";
@@ -204,6 +221,8 @@ CommandLine parse(std::span<char*> words)
             line.invocation.json = true;
         else if (word == "--keep")
             line.keep = true;
+        else if (word == "--icon")
+            line.invocation.icon = true;
         else if (word == "--items")
             line.invocation.items = true;
         else if (word == "--source" && line.isScript() && index + 1 < words.size())
