@@ -16,7 +16,7 @@ namespace caddis {
 ///     5 in icon mode: the icon of the MIME type
 ///
 /// Files are told apart by their contents in 1 and 2, by their names after that. A step that begins late is
-/// left out, so that all of it stays below the 15 s after which a client gives a request up.
+/// left out, so that all of it stays within about 10 s.
 class QuickLook {
 public:
     struct Places {

@@ -1,6 +1,7 @@
 #include "platform/postscript/PostScript.h"
 
 #include "platform/files/FileSystem.h"
+#include "platform/files/TemporaryFile.h"
 #include "support/TemporaryFolder.h"
 
 #include <chrono>
@@ -44,6 +45,25 @@ TEST(PostScript, AProgramNeitherReadsNorWritesFiles)
     EXPECT_FALSE(converted("(" + written + ") (w) file closefile showpage\n"));
     EXPECT_FALSE(FileSystem::exists(folder.path("written")));
     EXPECT_FALSE(converted("(" + secret.utf8() + ") (r) file closefile showpage\n"));
+}
+
+// The interpreter's safe mode allows temporary files.
+TEST(PostScript, TemporaryFilesAreBoundedAndGoWithTheirProgram)
+{
+    const std::string page = "0 0 9 9 rectfill showpage\n";
+    const std::string open = "null (w) .tempfile ";
+    EXPECT_TRUE(
+        converted("%%BoundingBox: 0 0 9 9\n" + open + "dup (text) writestring closefile pop\n" + page));
+    EXPECT_FALSE(converted(open + "exch pop { dup 65535 string writestring } loop\n" + page))
+        << "a full disk";
+    const auto left = FileSystem::contentsOfDirectory(*temporaryDirectory());
+    EXPECT_EQ(left, std::vector<String>());
+}
+
+TEST(PostScript, AProgramThatFillsMemoryIsRefused)
+{
+    EXPECT_FALSE(converted("[ { 65535 array } loop ]\nshowpage\n"));
+    EXPECT_FALSE(converted("/f { f f } def f\nshowpage\n"));
 }
 
 } // namespace
