@@ -65,6 +65,9 @@ Answer imageFact(const Question& question)
         return decimal(source->count());
     if (question.key == u"orientation")
         return decimal(static_cast<std::size_t>(info->orientation));
+    if (question.key == u"Animated")
+        return source->count() >= 2 && question.path.view().ends_with(u".gif") ? Answer(u"YES"_s)
+                                                                               : std::nullopt;
     if (question.key.view().ends_with(u".transformed"))
         return thumbnailFact(question);
     return Answer::skip("no such key");

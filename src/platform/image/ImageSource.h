@@ -16,7 +16,7 @@ class Source;
 /// A file with one picture or more, read as far as each question needs.
 ///
 /// The codecs are a shared module opened with the first source; without it every source is nil. Pictures
-/// beyond the limits (platform/image/engine/Limits.h) and damaged ones are nil, or what could be had of them.
+/// beyond the limits (platform/image/Limits.h) and damaged ones are nil, or what could be had of them.
 class ImageSource {
 public:
     /// Nil when the bytes are of no kind that can be read. The kind is found in the bytes alone.

@@ -8,32 +8,28 @@
 
 namespace caddis {
 
-namespace {
-
-std::filesystem::path find(const std::string& file)
+std::optional<std::string> installedFile(const std::string& name)
 {
     std::error_code error;
     const auto folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
     for (const char* place : { "", "../lib/caddis", "../libexec/caddis" }) {
-        auto candidate = folder / place / file;
+        const auto candidate = folder / place / name;
         if (std::filesystem::exists(candidate, error))
-            return candidate;
+            return candidate.string();
     }
-    return {};
+    return std::nullopt;
 }
-
-} // namespace
 
 // RTLD_NOW: a module that lacks a library fails here, not in the middle of a request. RTLD_LOCAL: the names
 // of its libraries stay its own.
 Module::Module(const char* name)
 {
-    const auto path = find(std::string(name) + ".so");
-    if (path.empty()) {
+    const auto path = installedFile(std::string(name) + ".so");
+    if (!path) {
         log(u"Couldn't find module %s", name);
         return;
     }
-    m_handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    m_handle = dlopen(path->c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!m_handle)
         log(u"Couldn't open module %s: %s", name, static_cast<const char*>(dlerror()));
 }

@@ -2,6 +2,9 @@
 
 #include "platform/base/String.h"
 
+#include <optional>
+#include <string>
+
 /// Heavy libraries (PDF, images, movies) are not linked into a program: start-up counts. Each stands in a
 /// shared module `NAME.so` that is opened when it is first needed and stays open for the life of the process.
 ///
@@ -13,6 +16,9 @@
 /// build tree as for an installed system, and nowhere else: neither the environment nor the loader's path
 /// decides what code runs.
 namespace caddis {
+
+/// The path of a file of ours that stands where modules stand; nil when there is none.
+std::optional<std::string> installedFile(const std::string& name);
 
 class Module {
 public:

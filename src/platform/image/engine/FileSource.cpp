@@ -1,38 +1,14 @@
 #include "platform/image/engine/FileSource.h"
 
 #include "platform/image/Fit.h"
-#include "platform/image/engine/Readers.h"
+#include "platform/image/engine/Colours.h"
+#include "platform/image/engine/Formats.h"
+#include "platform/image/engine/Metadata.h"
 #include "platform/image/engine/Shrinker.h"
-
-#include <algorithm>
 
 namespace caddis::image {
 
 namespace {
-
-struct Format {
-    const char16_t* type;
-    std::string_view signature; // At the file's start; "?" stands for any byte.
-    OpenReader* open;
-};
-
-constexpr Format formats[] = {
-    { u"public.jpeg", "\xFF\xD8\xFF", openJPEG },
-    { u"public.png", "\x89PNG\r\n\x1A\n", openPNG },
-    { u"com.compuserve.gif", "GIF8?a", openGIF },
-    { u"public.tiff", std::string_view("II*\0", 4), openTIFF },
-    { u"public.tiff", std::string_view("MM\0*", 4), openTIFF },
-    { u"public.tiff", std::string_view("II+\0", 4), openTIFF },
-    { u"public.tiff", std::string_view("MM\0+", 4), openTIFF },
-    { u"org.webmproject.webp", "RIFF????WEBP", openWebP },
-};
-
-bool isAtStart(std::string_view signature, std::string_view bytes)
-{
-    return bytes.size() >= signature.size()
-        && std::equal(signature.begin(), signature.end(), bytes.begin(),
-            [](char wanted, char byte) { return wanted == '?' || wanted == byte; });
-}
 
 // Whatever a library throws, it is the file's fault: no answer.
 template <typename Work> std::invoke_result_t<Work&> answered(Work&& work)
@@ -58,17 +34,26 @@ const char16_t* nameOf(ColorModel model)
     return names[static_cast<int>(model)];
 }
 
+std::optional<Bitmap> drawn(Reader& reader, std::size_t index, std::uint32_t maxPixelSize)
+{
+    const auto info = answered([&] { return reader.info(index); });
+    if (!info || !limits::allows(info->pixelsWide, info->pixelsHigh))
+        return std::nullopt;
+    const Target target = targetFor(*info, maxPixelSize);
+    Shrinker shrinker(target);
+    // Of a damaged file, the rows before the damage show.
+    answered([&] { return reader.decode(index, target, shrinker), true; });
+    const auto profile = answered([&] { return reader.profile(index); });
+    return answered([&] { return shrinker.take(profile); });
+}
+
 } // namespace
 
 FileSource* FileSource::open(const Data& data)
 {
-    for (const Format& format : formats) {
-        if (!isAtStart(format.signature, data.chars()))
-            continue;
-        auto reader = answered([&] { return format.open(data); });
-        return reader ? new FileSource(format.type, std::move(reader)) : nullptr;
-    }
-    return nullptr;
+    const Format* const format = formatOf(data.chars());
+    auto reader = format ? answered([&] { return opened(*format, data); }) : nullptr;
+    return reader ? new FileSource(format->type, data, std::move(reader)) : nullptr;
 }
 
 std::size_t FileSource::count() const
@@ -98,20 +83,17 @@ Dictionary FileSource::properties(std::size_t index) const
     add(u"Orientation"_s, found->orientation > 0, found->orientation);
     add(u"DPIWidth"_s, found->dpiWidth > 0, found->dpiWidth);
     add(u"DPIHeight"_s, found->dpiHeight > 0, found->dpiHeight);
+    const auto profile = answered([&] { return m_reader->profile(index); });
+    const String profileName = profile ? nameOfProfile(*profile) : String();
+    add(u"ProfileName"_s, !profileName.isEmpty(), profileName);
     add(u"HasAlpha"_s, found->hasAlpha, true);
     add(u"IsIndexed"_s, found->isIndexed, true);
     add(u"IsFloat"_s, found->isFloat, true);
-    for (const auto& [key, value] : answered([&] { return m_reader->properties(index); }))
-        properties.set(key, value);
+    for (const Dictionary& group : { answered([&] { return m_reader->properties(index); }),
+             answered([&] { return index == 0 ? readMetadata(m_data) : Dictionary(); }) })
+        for (const auto& [key, value] : group)
+            properties.set(key, value);
     return properties;
-}
-
-std::optional<Bitmap> FileSource::embedded(std::size_t index, const ImageRequest& request) const
-{
-    const auto data = answered([&] { return m_reader->embedded(index); });
-    const std::unique_ptr<FileSource> source(data ? open(*data) : nullptr);
-    return source ? source->image(0, { .maxPixelSize = request.maxPixelSize, .isUpright = false })
-                  : std::nullopt;
 }
 
 std::optional<Bitmap> FileSource::image(std::size_t index, const ImageRequest& request) const
@@ -119,14 +101,10 @@ std::optional<Bitmap> FileSource::image(std::size_t index, const ImageRequest& r
     const auto found = info(index);
     if (!found)
         return std::nullopt;
-    auto bitmap = request.allowsEmbedded ? embedded(index, request) : std::nullopt;
-    if (!bitmap) {
-        const Target target = targetFor(*found, request.maxPixelSize);
-        Shrinker shrinker(target);
-        // Of a damaged file, the rows before the damage show.
-        answered([&] { return m_reader->decode(index, target, shrinker), true; });
-        bitmap = answered([&] { return shrinker.take(); });
-    }
+    const auto small = request.allowsEmbedded ? answered([&] { return m_reader->embedded(index); }) : nullptr;
+    auto bitmap = small ? drawn(*small, 0, request.maxPixelSize) : std::nullopt;
+    if (!bitmap)
+        bitmap = drawn(*m_reader, index, request.maxPixelSize);
     return bitmap && request.isUpright ? oriented(*bitmap, found->orientation) : bitmap;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/image/ImageEngine.h"
-#include "platform/image/engine/Reader.h"
+#include "platform/image/Reader.h"
 
 namespace caddis::image {
 
@@ -18,14 +18,15 @@ public:
     std::optional<Bitmap> image(std::size_t index, const ImageRequest& request) const override;
 
 private:
-    FileSource(const char16_t* type, std::unique_ptr<Reader> reader)
+    FileSource(const char16_t* type, Data data, std::unique_ptr<Reader> reader)
         : m_type(type)
+        , m_data(std::move(data))
         , m_reader(std::move(reader))
     {
     }
-    std::optional<Bitmap> embedded(std::size_t index, const ImageRequest& request) const;
 
     const char16_t* m_type;
+    Data m_data;
     std::unique_ptr<Reader> m_reader;
 };
 

@@ -5,6 +5,7 @@
 #include <csetjmp>
 #include <cstdio>
 #include <jpeglib.h>
+#include <map>
 
 // Errors leave libjpeg as exceptions: the x86-64 ABI has unwind tables for C functions too.
 
@@ -136,13 +137,15 @@ public:
 
     void decode(std::size_t, Target target, RowSink& sink) override;
 
-    std::optional<Data> embedded(std::size_t) override
+    std::unique_ptr<Reader> embedded(std::size_t) override
     {
         if (!m_summary.thumbnail)
-            return std::nullopt;
+            return nullptr;
         const std::size_t start = static_cast<std::size_t>(m_exif.data() - m_data.chars().data());
-        return m_data.slice({ start + m_summary.thumbnail->location, m_summary.thumbnail->length });
+        return openJPEG(m_data.slice({ start + m_summary.thumbnail->location, m_summary.thumbnail->length }));
     }
+
+    std::optional<Data> profile(std::size_t) override;
 
     Dictionary properties(std::size_t) override;
 
@@ -209,6 +212,24 @@ void JPEGReader::decode(std::size_t index, Target target, RowSink& sink)
             invert(row);
         sink.row(row.data());
     }
+}
+
+// The profile stands in parts of at most 64 KiB, which are numbered from 1 and usually in order (ICC.1, B.4).
+std::optional<Data> JPEGReader::profile(std::size_t)
+{
+    constexpr std::string_view head("ICC_PROFILE\0", 12);
+    std::map<std::uint8_t, std::string_view> parts;
+    for (const JPEGSegment& segment : m_segments) {
+        const std::string_view body = segment.body(Bytes(m_data));
+        if (segment.marker == 0xE2 && body.starts_with(head) && body.size() > head.size() + 2)
+            parts.emplace(static_cast<std::uint8_t>(body[head.size()]), body.substr(head.size() + 2));
+    }
+    if (parts.empty())
+        return std::nullopt;
+    std::string whole;
+    for (const auto& [number, part] : parts)
+        whole += part;
+    return Data::adopt(std::move(whole));
 }
 
 Dictionary JPEGReader::properties(std::size_t)

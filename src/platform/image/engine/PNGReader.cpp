@@ -131,6 +131,18 @@ public:
         }
     }
 
+    std::optional<Data> profile(std::size_t) override
+    {
+        const Decoder decoder(m_data.chars());
+        png_charp name = nullptr;
+        png_bytep bytes = nullptr;
+        int method = 0;
+        png_uint_32 size = 0;
+        if (!png_get_iCCP(decoder.png, decoder.info, &name, &method, &bytes, &size))
+            return std::nullopt;
+        return Data::copyOf({ reinterpret_cast<const char*>(bytes), size });
+    }
+
     Dictionary properties(std::size_t) override
     {
         const Decoder decoder(m_data.chars());

@@ -1,14 +1,34 @@
 #pragma once
 
-#include "platform/image/engine/Reader.h"
+#include "platform/image/Reader.h"
 
 /// The codecs, one file each. Null or Broken: not a file of that kind after all.
 namespace caddis::image {
 
+OpenReader openBMP;
+OpenReader openGIF;
+OpenReader openHEIF;
+OpenReader openICNS;
+OpenReader openICO;
 OpenReader openJPEG;
+OpenReader openJPEG2000;
+OpenReader openJPEGXL;
 OpenReader openPNG;
+OpenReader openPNM;
+OpenReader openPSD;
+OpenReader openRAW;
+OpenReader openSVG;
+OpenReader openTGA;
 OpenReader openTIFF;
 OpenReader openWebP;
-OpenReader openGIF;
+
+/// The first picture of a file of a rare kind, by a program of its own. `coder` is ImageMagick's name of the
+/// kind.
+std::unique_ptr<Reader> openRare(const char* coder, const Data& data);
+
+/// Whether a TIFF file is a camera's raw file.
+bool isRawTIFF(std::string_view file);
+/// Whether the bytes may be a TGA file, which has no signature.
+bool isTGA(std::string_view bytes);
 
 } // namespace caddis::image

@@ -1,5 +1,7 @@
 #include "platform/image/engine/Shrinker.h"
 
+#include "platform/image/engine/Colours.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -12,15 +14,14 @@ std::uint8_t product(unsigned left, unsigned right)
     return static_cast<std::uint8_t>((left * right + 127) / 255);
 }
 
-// A picture multiplied by alpha, or by the black ink: red, green and blue are what the fourth byte leaves.
-void multiply(const std::uint8_t* pixels, std::vector<std::uint8_t>& out, bool keepsFourth)
+void multiply(const std::uint8_t* pixels, std::vector<std::uint8_t>& out)
 {
     for (std::size_t at = 0; at < out.size(); at += 4) {
-        const unsigned fourth = pixels[at + 3];
+        const unsigned alpha = pixels[at + 3];
         for (std::size_t component = 0; component < 3; ++component)
             out[at + component]
-                = fourth == 255 ? pixels[at + component] : product(pixels[at + component], fourth);
-        out[at + 3] = static_cast<std::uint8_t>(keepsFourth ? fourth : 255);
+                = alpha == 255 ? pixels[at + component] : product(pixels[at + component], alpha);
+        out[at + 3] = pixels[at + 3];
     }
 }
 
@@ -42,22 +43,21 @@ void Shrinker::row(const std::uint8_t* pixels)
 {
     if (++m_rows % 64 == 0 && std::chrono::steady_clock::now() > m_start + limits::MostTime)
         throw Broken();
-    if (m_layout == PixelLayout::Opaque || m_layout == PixelLayout::Premultiplied) {
+    if (m_layout != PixelLayout::Straight) {
         m_average->addRow(pixels);
         return;
     }
-    multiply(pixels, m_row, m_layout == PixelLayout::Straight);
+    multiply(pixels, m_row);
     m_average->addRow(m_row.data());
 }
 
-std::optional<Bitmap> Shrinker::take()
+std::optional<Bitmap> Shrinker::take(const std::optional<Data>& profile)
 {
     if (m_rows == 0)
         return std::nullopt;
     const bool hasAlpha = m_layout == PixelLayout::Straight || m_layout == PixelLayout::Premultiplied;
     auto pixels = m_average->take();
-    for (std::size_t at = 3; !hasAlpha && at < pixels.size(); at += 4)
-        pixels[at] = 255;
+    makeSRGB(pixels, m_layout, profile);
     return Bitmap { m_target.wide, m_target.high, hasAlpha, Data::adopt(std::move(pixels)) };
 }
 

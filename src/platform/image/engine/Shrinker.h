@@ -2,7 +2,7 @@
 
 #include "platform/image/AreaAverage.h"
 #include "platform/image/Bitmap.h"
-#include "platform/image/engine/Reader.h"
+#include "platform/image/Reader.h"
 
 namespace caddis::image {
 
@@ -17,8 +17,9 @@ public:
     void begin(std::uint32_t wide, std::uint32_t high, PixelLayout layout) override;
     void row(const std::uint8_t* pixels) override;
 
-    /// What came; nil when that is no row at all. Rows that are missing are clear, or black.
-    std::optional<Bitmap> take();
+    /// What came, its colours made sRGB; nil when that is no row at all. Rows that are missing are clear, or
+    /// black.
+    std::optional<Bitmap> take(const std::optional<Data>& profile);
 
 private:
     Target m_target;
@@ -26,7 +27,7 @@ private:
     PixelLayout m_layout = PixelLayout::Opaque;
     std::uint32_t m_rows = 0;
     std::optional<AreaAverage> m_average;
-    std::vector<std::uint8_t> m_row; // One row in the layout of bitmaps.
+    std::vector<std::uint8_t> m_row; // One row, its colours multiplied by alpha.
     std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
 };
 

@@ -117,6 +117,16 @@ public:
             decodeBands(sink);
     }
 
+    std::optional<Data> profile(std::size_t index) override
+    {
+        select(index);
+        std::uint32_t size = 0;
+        const void* bytes = nullptr;
+        if (!TIFFGetField(m_tiff.get(), TIFFTAG_ICCPROFILE, &size, &bytes) || size > limits::MostProfileBytes)
+            return std::nullopt;
+        return Data::copyOf({ static_cast<const char*>(bytes), size });
+    }
+
 private:
     void decodeRows(TIFFRows& rows, RowSink& sink)
     {

@@ -6,7 +6,7 @@
 #include <tiffio.h>
 #include <vector>
 
-#include "platform/image/engine/Reader.h"
+#include "platform/image/Reader.h"
 
 namespace caddis::image {
 

@@ -48,6 +48,16 @@ public:
             decodeStill(target, sink);
     }
 
+    std::optional<Data> profile(std::size_t) override
+    {
+        WebPChunkIterator chunk {};
+        std::optional<Data> found;
+        if (WebPDemuxGetChunk(m_demuxer.get(), "ICCP", 1, &chunk))
+            found = Data::copyOf({ reinterpret_cast<const char*>(chunk.chunk.bytes), chunk.chunk.size });
+        WebPDemuxReleaseChunkIterator(&chunk);
+        return found;
+    }
+
 private:
     std::uint32_t of(WebPFormatFeature feature) const { return WebPDemuxGetI(m_demuxer.get(), feature); }
 

@@ -2,7 +2,7 @@
 
 #include "platform/base/Value.h"
 #include "platform/image/ImageTypes.h"
-#include "platform/image/engine/Limits.h"
+#include "platform/image/Limits.h"
 
 #include <memory>
 #include <optional>
@@ -51,8 +51,10 @@ public:
     virtual std::size_t count() { return 1; }
     virtual std::optional<ImageInfo> info(std::size_t index) = 0;
     virtual void decode(std::size_t index, Target target, RowSink& sink) = 0;
-    /// The small picture that the file carries for this one, as a file of its own; nil when there is none.
-    virtual std::optional<Data> embedded(std::size_t /*index*/) { return std::nullopt; }
+    /// The small picture that the file carries for this one, not upright; null when there is none.
+    virtual std::unique_ptr<Reader> embedded(std::size_t /*index*/) { return nullptr; }
+    /// The ICC profile of the colours that `decode` hands on; nil: sRGB.
+    virtual std::optional<Data> profile(std::size_t /*index*/) { return std::nullopt; }
     /// What only this kind of file says: entries like "{GIF}".
     virtual Dictionary properties(std::size_t /*index*/) { return {}; }
 };

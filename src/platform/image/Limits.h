@@ -12,6 +12,8 @@ inline constexpr std::uint64_t MostPixels = 400'000'000;
 /// Pixels, or blocks of a library's own, that have to be in memory at once, at 4 bytes each.
 inline constexpr std::uint64_t MostPixelsInMemory = 64'000'000;
 inline constexpr std::size_t MostBytesInMemory = MostPixelsInMemory * 4;
+/// Of an ICC profile.
+inline constexpr std::size_t MostProfileBytes = 16 << 20;
 /// Pictures of one file that are counted.
 inline constexpr std::size_t MostFrames = 100'000;
 /// Of one reading; below the time after which a client gives a request up.
