@@ -22,23 +22,6 @@ Datum finite(double value)
     return Datum::real(value);
 }
 
-// Both operands have 30 bits, so that no sum or product leaves 64.
-Datum integers(Operator operation, std::int64_t left, std::int64_t right)
-{
-    switch (operation) {
-    case Operator::Add:
-        return Datum::number(left + right);
-    case Operator::Subtract:
-        return Datum::number(left - right);
-    case Operator::Multiply:
-        return Datum::number(left * right);
-    case Operator::IntegerDivide:
-        return Datum::number(left / right);
-    default:
-        return Datum::number(left % right);
-    }
-}
-
 Datum reals(Operator operation, double left, double right)
 {
     switch (operation) {
@@ -112,10 +95,11 @@ Datum arithmetic(
         || operation == Operator::Remainder;
     if (divides && right.asReal() == 0)
         failDivision(left);
-    const bool whole = left.is(Kind::Integer) && right.is(Kind::Integer) && operation != Operator::Divide
-        && operation != Operator::Power;
-    return whole ? integers(operation, left.asInteger(), right.asInteger())
-                 : reals(operation, left.asReal(), right.asReal());
+    if (left.is(Kind::Integer) && right.is(Kind::Integer)) {
+        if (auto result = integerResult(operation, left.asInteger(), right.asInteger()))
+            return *std::move(result);
+    }
+    return reals(operation, left.asReal(), right.asReal());
 }
 
 Datum negate(Interpreter& interpreter, const Datum& value)

@@ -11,43 +11,6 @@ namespace caddis::applescript {
 
 namespace {
 
-// Whole numbers need no look at anything else; nil where the general way must be taken.
-std::optional<Datum> onIntegers(Operator operation, std::int64_t left, std::int64_t right)
-{
-    switch (operation) {
-    case Operator::Add:
-        return Datum::number(left + right);
-    case Operator::Subtract:
-        return Datum::number(left - right);
-    case Operator::Multiply:
-        return Datum::number(left * right);
-    case Operator::IntegerDivide:
-        return right ? std::optional(Datum::number(left / right)) : std::nullopt;
-    case Operator::Remainder:
-        return right ? std::optional(Datum::number(left % right)) : std::nullopt;
-    case Operator::Equal:
-        return Datum::boolean(left == right);
-    case Operator::NotEqual:
-        return Datum::boolean(left != right);
-    case Operator::Less:
-        return Datum::boolean(left < right);
-    case Operator::LessOrEqual:
-        return Datum::boolean(left <= right);
-    case Operator::Greater:
-        return Datum::boolean(left > right);
-    case Operator::GreaterOrEqual:
-        return Datum::boolean(left >= right);
-    default:
-        return std::nullopt;
-    }
-}
-
-bool truth(Frame& frame, const Expression& expression)
-{
-    const Datum value = expression.evaluate(frame);
-    return value.is(Kind::Boolean) ? value.asBoolean() : requireBoolean(frame.interpreter, value);
-}
-
 // A command without a result has no value to go on with.
 const Datum& required(const Datum& value)
 {
@@ -78,6 +41,12 @@ Datum applicationNamed(Interpreter& interpreter, const String& name)
 }
 
 } // namespace
+
+bool truth(Frame& frame, const Expression& condition)
+{
+    const Datum value = condition.evaluate(frame);
+    return value.is(Kind::Boolean) ? value.asBoolean() : requireBoolean(frame.interpreter, value);
+}
 
 Datum ListExpression::evaluate(Frame& frame) const
 {
@@ -122,7 +91,7 @@ Datum BinaryExpression::evaluate(Frame& frame) const
     const Datum first = left->evaluate(frame);
     const Datum second = right->evaluate(frame);
     if (first.is(Kind::Integer) && second.is(Kind::Integer)) {
-        if (auto result = onIntegers(operation, first.asInteger(), second.asInteger()))
+        if (auto result = integerResult(operation, first.asInteger(), second.asInteger()))
             return *std::move(result);
     }
     return apply(frame.interpreter, operation, required(first), required(second));

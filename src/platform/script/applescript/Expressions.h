@@ -5,6 +5,9 @@
 
 namespace caddis::applescript {
 
+/// The value of a condition; fails with -1700 for what is no boolean.
+bool truth(Frame& frame, const Expression& condition);
+
 /// A value that never changes.
 class Literal final : public Expression {
 public:

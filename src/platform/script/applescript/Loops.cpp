@@ -1,19 +1,10 @@
 #include "platform/script/applescript/Access.h"
 #include "platform/script/applescript/Coercions.h"
+#include "platform/script/applescript/Expressions.h"
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/Statements.h"
 
 namespace caddis::applescript {
-
-namespace {
-
-bool truth(Frame& frame, const Expression& condition)
-{
-    const Datum value = condition.evaluate(frame);
-    return value.is(Kind::Boolean) ? value.asBoolean() : requireBoolean(frame.interpreter, value);
-}
-
-} // namespace
 
 Flow RepeatStatement::execute(Frame& frame) const
 {

@@ -3,6 +3,7 @@
 #include "platform/script/applescript/Access.h"
 #include "platform/script/applescript/Coercions.h"
 #include "platform/script/applescript/Elements.h"
+#include "platform/script/applescript/Expressions.h"
 #include "platform/script/applescript/Failure.h"
 #include "platform/script/applescript/RemoteObjects.h"
 #include "platform/script/applescript/Restored.h"
@@ -138,8 +139,7 @@ Datum FilterExpression::evaluate(Frame& frame) const
     for (const Datum& item : list->items()) {
         interpreter.step();
         frame.target = item;
-        const bool fits = requireBoolean(interpreter, condition->evaluate(frame));
-        if (fits)
+        if (truth(frame, *condition))
             kept.as<List>().append(item);
     }
     if (elements->form == Selector::Form::Every)

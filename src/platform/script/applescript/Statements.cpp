@@ -60,12 +60,7 @@ Flow SetStatement::execute(Frame& frame) const
 Flow IfStatement::execute(Frame& frame) const
 {
     for (const Branch& branch : branches) {
-        if (!branch.condition)
-            return branch.body.execute(frame);
-        const Datum condition = branch.condition->evaluate(frame);
-        const bool yes = condition.is(Kind::Boolean) ? condition.asBoolean()
-                                                     : requireBoolean(frame.interpreter, condition);
-        if (yes)
+        if (!branch.condition || truth(frame, *branch.condition))
             return branch.body.execute(frame);
     }
     return Flow::Next;
