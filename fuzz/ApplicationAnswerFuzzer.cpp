@@ -8,46 +8,22 @@
 #include "platform/script/applescript/ApplicationTerms.h"
 #include "platform/script/applescript/Bridge.h"
 #include "platform/script/applescript/Failure.h"
-#include "platform/script/applescript/Interpreter.h"
 #include "platform/script/applescript/SourceText.h"
 
 using namespace caddis;
 using namespace caddis::applescript;
-
-namespace {
-
-// Names of codes that nobody knows stay with the interpreter, so that it is renewed now and then.
-struct Script {
-    Script()
-    {
-        const Interpreter::Call call(interpreter, {});
-        terms = std::make_shared<const ApplicationTerms>(
-            std::make_shared<ScriptableApplication>(String(u"Fuzz"),
-                *scriptingDictionary(Data::copyOf("<dictionary><class name='a b' code='docu'/>"
-                                                  "<property name='c' code='pnam'/></dictionary>"))));
-    }
-    Interpreter interpreter;
-    std::shared_ptr<const ApplicationTerms> terms;
-    unsigned uses = 0;
-};
-
-Script& script()
-{
-    static std::unique_ptr<Script> current;
-    if (!current || ++current->uses > 1000)
-        current = std::make_unique<Script>();
-    return *current;
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const auto answer = unflattenDescriptor(Data::copyOf({ reinterpret_cast<const char*>(data), size }));
     if (!answer)
         return 0;
-    auto& [interpreter, terms, uses] = script();
+    static const auto dictionary = scriptingDictionary(Data::copyOf(
+        "<dictionary><class name='a b' code='docu'/><property name='c' code='pnam'/></dictionary>"));
+    static const auto fuzz = std::make_shared<ScriptableApplication>(String(u"Fuzz"), *dictionary);
+    Interpreter interpreter;
     const Interpreter::Call call(interpreter, {});
+    const auto terms = std::make_shared<const ApplicationTerms>(fuzz);
     const Datum application = make<ApplicationObject>(String(u"Fuzz"), terms);
     const Datum value = valueFromDescriptor(*answer, application);
     INVARIANT(sourceText(value).length() < (1U << 25));
