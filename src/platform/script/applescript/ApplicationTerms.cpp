@@ -98,11 +98,13 @@ std::shared_ptr<const ApplicationTerms> ApplicationTable::named(const String& na
     if (const auto known = m_terms.find(name); known != m_terms.end())
         return known->second;
     auto application = isFileApplication(name) ? nullptr : ScriptableApplication::named(name);
-    if (!application)
-        return nullptr;
-    auto terms = std::make_shared<const ApplicationTerms>(std::move(application));
-    m_terms.emplace(name, terms);
-    return terms;
+    auto terms = application ? std::make_shared<const ApplicationTerms>(std::move(application)) : nullptr;
+    return m_terms.emplace(name, std::move(terms)).first->second;
+}
+
+void ApplicationTable::forgetUnknown()
+{
+    std::erase_if(m_terms, [](const auto& entry) { return entry.second == nullptr; });
 }
 
 namespace {

@@ -63,9 +63,11 @@ class ApplicationTable {
 public:
     /// Null for an application without a dictionary, and for those whose words are built in.
     std::shared_ptr<const ApplicationTerms> named(const String& name);
+    /// Those that were not found are looked for again from now on.
+    void forgetUnknown();
 
 private:
-    std::map<String, std::shared_ptr<const ApplicationTerms>> m_terms;
+    std::map<String, std::shared_ptr<const ApplicationTerms>> m_terms; ///< null: looked for in vain
 };
 
 /// The code of a name: by the dictionary, if there is one, else the language's own, else the one that the

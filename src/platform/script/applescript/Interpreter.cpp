@@ -67,6 +67,7 @@ Interpreter::Call::Call(Interpreter& interpreter, const ScriptLimits& limits)
     currentAttributes() = DefaultAttributes;
     interpreter.position = {};
     interpreter.eventTimeout = DefaultEventTimeout;
+    interpreter.m_applications->forgetUnknown();
 }
 
 Interpreter::Call::~Call()

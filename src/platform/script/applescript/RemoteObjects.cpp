@@ -20,7 +20,7 @@ Datum applicationOf(Datum value)
     return value.is(Kind::Application) && value.as<ApplicationObject>().terms ? value : Datum();
 }
 
-Datum send(Interpreter& interpreter, const Datum& application, AppleEvent event)
+Datum send(Interpreter& interpreter, const Datum& application, const AppleEvent& event)
 {
     const auto timeLeft = interpreter.timeLeft();
     const auto wait = std::min(interpreter.eventTimeout, timeLeft);
@@ -48,7 +48,7 @@ Datum send(Interpreter& interpreter, const Datum& application, FourCharCode even
     const ApplicationTerms& terms = *application.as<ApplicationObject>().terms;
     for (const auto& [keyword, value] : parameters)
         event.parameters.push_back({ keyword, descriptorFromValue(interpreter, value, &terms) });
-    return send(interpreter, application, std::move(event));
+    return send(interpreter, application, event);
 }
 
 } // namespace
