@@ -5,7 +5,7 @@ import pathlib
 import re
 import sys
 
-ORDER = ["platform", "text", "foundation", "markup", "media", "epub", "importers", "client", "service"]
+ORDER = ["platform", "text", "foundation", "markup", "media", "html", "epub", "importers", "client", "service"]
 ABOVE = {"markup": {"media"}, "media": {"markup"}}  # Neighbours that do not know each other.
 THIRD_PARTY_ALLOWED = {"epub": {"unzip.h", "ioapi.h"}, "foundation": {"zlib.h"}}
 
