@@ -1,5 +1,6 @@
 #include "service/CaddisHelper.h"
 
+#include "foundation/URLExtensions.h"
 #include "service/Barrier.h"
 #include "service/FileArgument.h"
 #include "service/MovieRequests.h"
@@ -10,9 +11,16 @@
 #include "service/ScriptParameter.h"
 #include "service/WebRequests.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace caddis {
+
+namespace {
+
+constexpr double LongestResolution = 5; // Seconds that a host's name may take.
+
+} // namespace
 
 CaddisHelper::CaddisHelper() { setUseCachingForStaticScripts(true); }
 
@@ -32,21 +40,13 @@ std::optional<Dictionary> CaddisHelper::imageWithContentsOfFile(
     const File& file, const ThumbnailRequest& request)
 {
     const FileArgument argument(file);
-    try {
-        return caddis::imageWithContentsOfFile(argument.path(), request);
-    } catch (const Exception&) {
-        return std::nullopt;
-    }
+    return barrier([&] { return caddis::imageWithContentsOfFile(argument.path(), request); });
 }
 
 std::optional<Data> CaddisHelper::previewForFile(const File& file, std::int64_t maxThumbnailSize, bool asIcon)
 {
     const FileArgument argument(file);
-    try {
-        return caddis::previewForFile(argument.path(), maxThumbnailSize, asIcon);
-    } catch (const Exception&) {
-        return std::nullopt;
-    }
+    return barrier([&] { return caddis::previewForFile(argument.path(), maxThumbnailSize, asIcon); });
 }
 
 Dictionary CaddisHelper::posterImageForMovieWithFile(const File& file)
@@ -65,19 +65,49 @@ std::optional<Dictionary> CaddisHelper::attributedStringWithPDF(
 std::optional<Dictionary> CaddisHelper::attributedStringWithContentsOfFile(const File& file)
 {
     const FileArgument argument(file);
-    return argument.path() ? caddis::attributedStringWithContentsOfFile(*argument.path()) : std::nullopt;
+    return barrier([&] {
+        return argument.path() ? caddis::attributedStringWithContentsOfFile(*argument.path(), this)
+                               : std::nullopt;
+    });
 }
 
 bool CaddisHelper::writeRTFDDataToFile(const std::optional<Value>& rtfd, const File& file)
 {
     const FileArgument argument(file);
     const Data* const data = rtfd ? rtfd->as<Data>() : nullptr;
-    return data && argument.path() && caddis::writeRTFDDataToFile(*data, *argument.path());
+    return barrier(
+        [&] { return data && argument.path() && caddis::writeRTFDDataToFile(*data, *argument.path()); });
 }
 
 Dictionary CaddisHelper::searchableTextOfWebArchive(const File& file)
 {
     return caddis::searchableTextOfWebArchive(FileArgument(file).path());
+}
+
+std::optional<Data> CaddisHelper::RTFDWithHTML(const std::optional<Value>& html,
+    const std::optional<Value>& baseURL, bool allowRemoteRequest, const std::optional<Value>& charset)
+{
+    const Data* const data = html ? html->as<Data>() : nullptr;
+    if (!data)
+        return std::nullopt;
+    const URL* const url = baseURL ? baseURL->as<URL>() : nullptr;
+    return barrier([&] {
+        return caddis::RTFDWithHTML(*data,
+            { .baseURL = url ? std::optional(*url) : URL::fromString(textOf(baseURL)),
+                .delegate = allowRemoteRequest ? nullptr : this,
+                .charset = textOf(charset) });
+    });
+}
+
+std::optional<URLRequest> CaddisHelper::webView(const URLRequest& willSendRequest, const std::optional<URL>&)
+{
+    const double timeout = std::min(willSendRequest.timeoutInterval, LongestResolution);
+    return isLocal(willSendRequest.url, timeout) ? std::optional(willSendRequest) : std::nullopt;
+}
+
+bool CaddisHelper::allowsAddress(std::uint32_t reachabilityFlags) const
+{
+    return (reachabilityFlags & LocalOrDirect) != 0;
 }
 
 std::optional<Dictionary> CaddisHelper::metaDataForFile(const File& file)

@@ -2,6 +2,7 @@
 
 #include "importers/MetaDataImporter.h"
 #include "platform/base/Value.h"
+#include "platform/web/WebResourceLoadDelegate.h"
 #include "service/PictureRequests.h"
 
 #include <mutex>
@@ -16,7 +17,7 @@ namespace caddis {
 /// argument or result. Failure of the work is a result (nil, false or an empty reply), never an exception.
 ///
 /// One thread calls it, one operation at a time.
-class CaddisHelper {
+class CaddisHelper : public WebResourceLoadDelegate {
 public:
     using File = std::optional<Value>;
 
@@ -44,6 +45,14 @@ public:
     bool writeRTFDDataToFile(const std::optional<Value>& rtfd, const File& file);
     /// "String", "Source" and "URL" of a web archive: see WebRequests.h. Empty for what is none.
     Dictionary searchableTextOfWebArchive(const File& file);
+    /// HTML data as RTFD data: see WebRequests.h. Unless remote requests are allowed, only what is local is
+    /// loaded for it (webView). `baseURL` is a URL or its text. Nil for what is no data.
+    std::optional<Data> RTFDWithHTML(const std::optional<Value>& html, const std::optional<Value>& baseURL,
+        bool allowRemoteRequest, const std::optional<Value>& charset);
+    /// The request itself when its URL is local (see isLocal), else nil, which stops it.
+    std::optional<URLRequest> webView(
+        const URLRequest& willSendRequest, const std::optional<URL>& redirectResponse) override;
+    bool allowsAddress(std::uint32_t reachabilityFlags) const override;
     /// Attribute names and their values, without null objects; nil when nothing is known of the file.
     std::optional<Dictionary> metaDataForFile(const File& file);
     /// Whether metadata can be had for files of this kind.

@@ -13,9 +13,6 @@ namespace {
 
 using Result = std::optional<Value>;
 
-// What an operation gives that is not built yet: the failure that its callers have to expect in any case.
-Result fails(const Arguments&) { return std::nullopt; }
-
 bool isTrue(const Result& argument)
 {
     const bool* const flag = argument ? argument->as<bool>() : nullptr;
@@ -73,6 +70,11 @@ RemoteObject ostraImExport(CaddisHelper& helper)
     const auto writeRTFDDataToFile = [&](const Arguments& arguments) -> Result {
         return helper.writeRTFDDataToFile(arguments[0], arguments[1]);
     };
+    const auto rtfdWithHTML = [&](const Arguments& arguments) -> Result {
+        const bool* const allowRemoteRequest = arguments[2] ? arguments[2]->as<bool>() : nullptr;
+        return helper.RTFDWithHTML(
+            arguments[0], arguments[1], allowRemoteRequest && *allowRemoteRequest, arguments[3]);
+    };
     const auto searchableTextOfWebArchive = [&](const Arguments& arguments) -> Result {
         return helper.searchableTextOfWebArchive(arguments[0]);
     };
@@ -104,7 +106,7 @@ RemoteObject ostraImExport(CaddisHelper& helper)
             { "AttributedStringWithContentsOfFile", "v", "aa{sv}", attributedStringWithContentsOfFile },
             { "SearchableTextOfWebArchive", "v", "a{sv}", searchableTextOfWebArchive },
             { "WriteRTFDDataToFile", "vv", "b", writeRTFDDataToFile },
-            { "RTFDWithHTML", "vvbv", "av", fails },
+            { "RTFDWithHTML", "vvbv", "av", rtfdWithHTML },
             { "MetaDataForFile", "v", "aa{sv}", metaData },
             { "SupportsFile", "v", "b", supports },
             { "ExecuteFile", "vv(uay)", "", executeFile },
