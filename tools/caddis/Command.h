@@ -30,6 +30,9 @@ struct Invocation {
     std::optional<std::string> output; ///< -o
     std::optional<std::uint32_t> size; ///< --size, in pixels
     std::optional<std::string> url; ///< --url
+    std::optional<std::string> base; ///< --base of a page
+    std::optional<std::string> charset; ///< --charset of a page
+    bool allowRemote = false; ///< --allow-remote
     std::optional<std::string> scriptSource; ///< --source TEXT of a script
     std::vector<std::string> arguments;
     std::function<Proxy()> helper; ///< launches one when none runs; throws HelperUnavailable

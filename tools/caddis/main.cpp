@@ -77,6 +77,11 @@ constexpr Command table[] = {
         "  $ caddis richtext letter.odt --json\n"
         "What -o names ends with .rtfd, .rtf or .txt. Without it the plain text is printed.\n",
         1, richtext },
+    { "html2rtfd", "PAGE", "a page with what it refers to as rich text: an RTFD package",
+        "  $ caddis html2rtfd page.html -o page.rtfd\n"
+        "  $ curl -s http://localhost/ | caddis html2rtfd - --base http://localhost/ -o home.rtfd\n"
+        "Without --allow-remote only what is on this machine and its networks is loaded.\n",
+        1, html2rtfd },
     { "webarchive", "FILE", "the text of a saved page and its frames, or its markup (--source)",
         "  $ caddis webarchive page.webarchive\n"
         "  $ caddis webarchive page.webarchive --source -o page.html\n",
@@ -153,6 +158,9 @@ constexpr char Options[] = "  --json       print JSON, one line per result\n"
                            "  -o FILE      write data to FILE\n"
                            "  --items      of a feed: print its items, one line of JSON each\n"
                            "  --source     of a web archive: print its page's markup\n"
+                           "  --base URL   of a page: what its references are relative to\n"
+                           "  --charset NAME  of a page: its encoding, whatever it says itself\n"
+                           "  --allow-remote  of a page: load what it refers to from anywhere\n"
                            "  --url URL    of a feed: where it comes from, to resolve its links\n"
                            "  --icon       of a preview: the icon of a file that can't be shown\n"
                            "  --size N     of a page or a picture: its longer side in pixels\n"
@@ -233,6 +241,12 @@ CommandLine parse(std::span<char*> words)
             line.invocation.output = words[++index];
         else if (word == "--size" && index + 1 < words.size())
             line.readSize(words[++index]);
+        else if (word == "--allow-remote")
+            line.invocation.allowRemote = true;
+        else if (word == "--base" && index + 1 < words.size())
+            line.invocation.base = words[++index];
+        else if (word == "--charset" && index + 1 < words.size())
+            line.invocation.charset = words[++index];
         else if (word == "--url" && index + 1 < words.size())
             line.invocation.url = words[++index];
         else
