@@ -44,6 +44,14 @@ bool attributeFits(const SimpleSelector& condition, std::u16string_view value)
     }
 }
 
+bool isOneOf(const SimpleSelector& condition, std::uint32_t index)
+{
+    const std::int64_t distance = static_cast<std::int64_t>(index) - condition.offset;
+    if (condition.step == 0)
+        return distance == 0 && index > 0;
+    return index > 0 && distance % condition.step == 0 && distance / condition.step >= 0;
+}
+
 class Matcher {
 public:
     Matcher(const Page& page, MatchBudget& budget)
@@ -58,7 +66,8 @@ private:
     bool spendReading(std::u16string_view text) { return m_budget.spend(text.size() / 16); }
     bool hasFittingAttribute(const SimpleSelector& condition, NodeIndex element);
     std::uint32_t indexOfType(NodeIndex element);
-    std::uint32_t indexFromEnd(NodeIndex element, bool ofType);
+    std::uint32_t indexFromEnd(NodeIndex element) const;
+    std::uint32_t indexOfTypeFromEnd(NodeIndex element);
     bool isEmpty(NodeIndex element) const;
     bool fits(const SimpleSelector& condition, NodeIndex element);
     bool fitsAll(const Compound& compound, NodeIndex element);
@@ -90,24 +99,22 @@ std::uint32_t Matcher::indexOfType(NodeIndex element)
     return index;
 }
 
-std::uint32_t Matcher::indexFromEnd(NodeIndex element, bool ofType)
+std::uint32_t Matcher::indexFromEnd(NodeIndex element) const
+{
+    const html::Node& node = m_page[element];
+    return node.parent == NoNode ? 1 : m_page[node.parent].elementCount - node.position + 1;
+}
+
+// 0 when the budget does not allow to count.
+std::uint32_t Matcher::indexOfTypeFromEnd(NodeIndex element)
 {
     std::uint32_t index = 1;
     for (auto other = m_page[element].next; other != NoNode; other = m_page[other].next) {
         if (!m_budget.spend())
             return 0;
-        if (m_page[other].tag != html::Tag::Text)
-            index += !ofType || m_page[other].text == m_page[element].text;
+        index += m_page[other].text == m_page[element].text && m_page[other].tag != html::Tag::Text;
     }
     return index;
-}
-
-bool isOneOf(const SimpleSelector& condition, std::uint32_t index)
-{
-    const std::int64_t distance = static_cast<std::int64_t>(index) - condition.offset;
-    if (condition.step == 0)
-        return distance == 0 && index > 0;
-    return index > 0 && distance % condition.step == 0 && distance / condition.step >= 0;
 }
 
 bool Matcher::isEmpty(NodeIndex element) const { return m_page[element].firstChild == NoNode; }
@@ -127,11 +134,11 @@ bool Matcher::fits(const SimpleSelector& condition, NodeIndex element)
     case Kind::NthChild:
         return isOneOf(condition, node.position);
     case Kind::NthLastChild:
-        return isOneOf(condition, indexFromEnd(element, false));
+        return isOneOf(condition, indexFromEnd(element));
     case Kind::NthOfType:
         return isOneOf(condition, indexOfType(element));
     case Kind::NthLastOfType:
-        return isOneOf(condition, indexFromEnd(element, true));
+        return isOneOf(condition, indexOfTypeFromEnd(element));
     case Kind::Root:
         return node.parent == NoNode;
     case Kind::Empty:

@@ -23,7 +23,7 @@ struct Attribute {
 
 struct Node {
     Tag tag = Tag::Text;
-    bool hasElements = false; ///< among its children
+    std::uint32_t elementCount = 0; ///< among its children
     std::uint32_t position = 0; ///< among its parent's elements, from 1 on; 0 for texts
     NodeIndex parent = NoNode;
     NodeIndex firstChild = NoNode;

@@ -35,7 +35,7 @@ NodeIndex PageParser::append(Node node)
         if (node.tag != Tag::Text) {
             node.position
                 = node.previousElement == NoNode ? 1 : m_page.m_nodes[node.previousElement].position + 1;
-            parent.hasElements = true;
+            parent.elementCount = node.position;
         }
     }
     m_page.m_nodes.push_back(node);
