@@ -136,10 +136,33 @@ AttributedStringBuilder& AttributedStringBuilder::operator=(AttributedStringBuil
 
 void AttributedStringBuilder::append(std::u16string_view units, const CharacterStyle& style)
 {
+    append(units, numberOf(style));
+}
+
+void AttributedStringBuilder::append(std::u16string_view units, StyleNumber style)
+{
     if (units.empty())
         return;
-    addRun(m_result.m_runs, m_text.length(), m_tables->styles.numberOf(style, m_result.m_styles));
+    addRun(m_result.m_runs, m_text.length(), style.m_index);
     m_text.append(units);
+}
+
+void AttributedStringBuilder::appendAscii(std::string_view ascii, StyleNumber style)
+{
+    if (ascii.empty())
+        return;
+    addRun(m_result.m_runs, m_text.length(), style.m_index);
+    m_text.appendUtf8(ascii);
+}
+
+AttributedStringBuilder::StyleNumber AttributedStringBuilder::numberOf(const CharacterStyle& style)
+{
+    return StyleNumber(m_tables->styles.numberOf(style, m_result.m_styles));
+}
+
+AttributedStringBuilder::ParagraphNumber AttributedStringBuilder::numberOf(const ParagraphStyle& style)
+{
+    return ParagraphNumber(m_tables->paragraphStyles.numberOf(style, m_result.m_paragraphStyles));
 }
 
 void AttributedStringBuilder::appendAttachment(Attachment attachment, const CharacterStyle& style)
@@ -161,7 +184,7 @@ void AttributedStringBuilder::append(const AttributedString& text)
         CharacterStyle style = text.styles()[run.style];
         if (style.attachment != CharacterStyle::NoAttachment)
             style.attachment += attachments;
-        addRun(m_result.m_runs, begin + run.location, m_tables->styles.numberOf(style, m_result.m_styles));
+        addRun(m_result.m_runs, begin + run.location, numberOf(style).m_index);
     }
     for (const auto& run : text.paragraphRuns()) {
         ParagraphStyle style = text.paragraphStyles()[run.style];
@@ -169,8 +192,7 @@ void AttributedStringBuilder::append(const AttributedString& text)
             list += lists;
         for (TableCell& cell : style.cells)
             cell.table += tables;
-        addRun(m_result.m_paragraphRuns, begin + run.location,
-            m_tables->paragraphStyles.numberOf(style, m_result.m_paragraphStyles));
+        addRun(m_result.m_paragraphRuns, begin + run.location, numberOf(style).m_index);
     }
     const auto join = [](auto& all, const auto& more) { all.insert(all.end(), more.begin(), more.end()); };
     join(m_result.m_attachments, text.attachments());
@@ -180,12 +202,13 @@ void AttributedStringBuilder::append(const AttributedString& text)
     m_paragraphsEnd = m_text.length();
 }
 
-void AttributedStringBuilder::endParagraphs(const ParagraphStyle& style)
+void AttributedStringBuilder::endParagraphs(const ParagraphStyle& style) { endParagraphs(numberOf(style)); }
+
+void AttributedStringBuilder::endParagraphs(ParagraphNumber style)
 {
     if (m_text.length() == m_paragraphsEnd)
         return;
-    addRun(m_result.m_paragraphRuns, m_paragraphsEnd,
-        m_tables->paragraphStyles.numberOf(style, m_result.m_paragraphStyles));
+    addRun(m_result.m_paragraphRuns, m_paragraphsEnd, style.m_index);
     m_paragraphsEnd = m_text.length();
 }
 

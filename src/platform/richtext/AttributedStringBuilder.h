@@ -23,12 +23,30 @@ public:
         String text;
     };
 
+    /// Stands for a style in calls that come often. There is no empty one: `{}` is always a style.
+    template <typename Style> class Number {
+    public:
+        explicit Number(std::uint32_t index)
+            : m_index(index)
+        {
+        }
+
+    private:
+        friend class AttributedStringBuilder;
+        std::uint32_t m_index;
+    };
+    using StyleNumber = Number<CharacterStyle>;
+    using ParagraphNumber = Number<ParagraphStyle>;
+
     AttributedStringBuilder();
     ~AttributedStringBuilder();
     AttributedStringBuilder(AttributedStringBuilder&&) noexcept;
     AttributedStringBuilder& operator=(AttributedStringBuilder&&) noexcept;
 
     void append(std::u16string_view units, const CharacterStyle& style);
+    /// The same with a style's number. `ascii` has one byte a unit.
+    void append(std::u16string_view units, StyleNumber style);
+    void appendAscii(std::string_view ascii, StyleNumber style);
     /// Appends the attachment's character. `style`'s own attachment does not count.
     void appendAttachment(Attachment attachment, const CharacterStyle& style);
 
@@ -39,6 +57,10 @@ public:
     /// Gives a style to the paragraphs appended since the last call. The text should end with a line break
     /// now, or be at its end; what follows on the same line takes the style of its own call.
     void endParagraphs(const ParagraphStyle& style);
+    void endParagraphs(ParagraphNumber style);
+
+    StyleNumber numberOf(const CharacterStyle& style);
+    ParagraphNumber numberOf(const ParagraphStyle& style);
 
     /// The new member's index.
     std::uint32_t addList(TextList list);

@@ -35,6 +35,7 @@ Reader::Reader(std::string_view bytes, const FileWrapper* package)
     : m_tokens(bytes)
     , m_package(package)
 {
+    m_state.paragraph = std::make_shared<Paragraph>();
 }
 
 AttributedString Reader::read() &&
@@ -59,9 +60,8 @@ AttributedString Reader::read() &&
 // The last paragraph may have no end of its own. Its style goes with the group of the document.
 void Reader::endText()
 {
-    flushUnits();
     if (m_builder.length() > 0 && m_builder.view().back() != u'\n')
-        m_builder.endParagraphs(paragraphStyle());
+        m_builder.endParagraphs(paragraphNumber());
 }
 
 void Reader::handle(const Token& token)
@@ -72,10 +72,14 @@ void Reader::handle(const Token& token)
     case Token::Kind::Close:
         return close();
     case Token::Kind::Text: {
+        m_isGroupStart = false;
         const auto skipped = std::min(token.text.size(), static_cast<std::size_t>(m_toSkip));
         m_toSkip -= static_cast<std::int32_t>(skipped);
-        if (m_state.destination != Destination::Skip)
-            m_bytes.append(token.text.substr(skipped));
+        const std::string_view text = token.text.substr(skipped);
+        if (m_state.destination == Destination::Body && m_bytes.empty() && token.isAscii)
+            takeAscii(text);
+        else if (m_state.destination != Destination::Skip)
+            m_bytes.append(text);
         break;
     }
     case Token::Kind::Byte:
@@ -95,6 +99,7 @@ void Reader::open()
     flushBytes();
     m_toSkip = 0;
     m_isStarred = false;
+    m_isGroupStart = true;
     if (m_states.size() >= DeepestGroup) {
         ++m_uncountedGroups;
         return;
@@ -108,26 +113,28 @@ void Reader::close()
     flushBytes();
     m_toSkip = 0;
     m_isStarred = false;
+    m_isGroupStart = false;
     if (m_uncountedGroups > 0) {
         --m_uncountedGroups;
         return;
     }
     if (m_states.empty())
         return;
-    flushUnits();
     if (m_states.size() == 1)
         endText();
     const bool owned = m_state.ownsDestination;
     const Destination destination = m_state.destination;
+    if (m_state.paragraph != m_states.back().paragraph)
+        m_paragraphNumber.reset();
     m_state = std::move(m_states.back());
     m_states.pop_back();
+    m_styleNumber.reset();
     if (owned)
         finishDestination(destination);
 }
 
 void Reader::begin(Destination destination)
 {
-    flushUnits();
     m_text.clear();
     m_state.destination = destination;
     m_state.ownsDestination = true;
@@ -147,6 +154,7 @@ void Reader::symbol(char character)
         m_isStarred = true;
         return;
     }
+    m_isGroupStart = false;
     if (m_toSkip > 0) {
         --m_toSkip;
         return;
@@ -181,21 +189,26 @@ void Reader::unicode(std::int32_t number)
     m_toSkip = m_state.skippedAfterUnicode;
 }
 
+const FontEntry* Reader::font() const
+{
+    return m_fonts.find(m_state.letters.font < 0 ? m_defaultFont : m_state.letters.font);
+}
+
 CFStringEncoding Reader::encoding() const
 {
-    const FontEntry* font = m_fonts.find(m_state.letters.font < 0 ? m_defaultFont : m_state.letters.font);
-    return font && font->encoding != CFStringEncoding::InvalidId ? font->encoding : m_encoding;
+    const FontEntry* entry = font();
+    return entry && entry->encoding != CFStringEncoding::InvalidId ? entry->encoding : m_encoding;
 }
 
 void Reader::flushBytes()
 {
     if (m_bytes.empty())
         return;
-    const FontEntry* font = m_fonts.find(m_state.letters.font < 0 ? m_defaultFont : m_state.letters.font);
+    const FontEntry* entry = font();
     if (isAscii(m_bytes)) {
-        takeUnits(std::u16string(m_bytes.begin(), m_bytes.end()));
-    } else if (font && font->isSymbol && m_state.destination == Destination::Body) {
-        const bool isKnown = font->name.view().starts_with(u"Symbol");
+        takeUnits(String::fromLatin1(m_bytes));
+    } else if (entry && entry->isSymbol && m_state.destination == Destination::Body) {
+        const bool isKnown = entry->name.view().starts_with(u"Symbol");
         const auto text = isKnown ? decodeText(m_bytes, CFStringEncoding::MacSymbol) : std::nullopt;
         std::u16string glyphs;
         for (const char byte : m_bytes)
@@ -209,12 +222,19 @@ void Reader::flushBytes()
     m_bytes.clear();
 }
 
+// Most of a document, and so the short way: no decoding, no copies on the way.
+void Reader::takeAscii(std::string_view bytes)
+{
+    if (!m_state.letters.hidden)
+        m_builder.appendAscii(bytes, styleNumber());
+}
+
 void Reader::takeUnits(std::u16string_view units)
 {
     switch (m_state.destination) {
     case Destination::Body:
         if (!m_state.letters.hidden)
-            m_units.append(units);
+            m_builder.append(units, styleNumber());
         return;
     case Destination::Fonts:
         return m_fonts.takeText(units);
@@ -236,52 +256,83 @@ void Reader::takeUnits(std::u16string_view units)
     }
 }
 
-void Reader::flushUnits()
+std::size_t LettersHash::operator()(const Letters& letters) const
 {
-    if (m_units.empty())
-        return;
-    m_builder.append(m_units, characterStyle());
-    m_units.clear();
+    const auto mix = [](std::size_t state, std::int32_t value) {
+        return (state ^ static_cast<std::uint32_t>(value)) * 0x9E3779B97F4A7C15 + (state >> 29);
+    };
+    const int marks = static_cast<int>(letters.underline) << 16 | static_cast<int>(letters.strikethrough) << 8
+        | int { letters.bold } << 2 | int { letters.italic } << 1 | int { letters.hidden };
+    std::size_t state = 1;
+    for (const std::int32_t value : { letters.font, letters.size, letters.foreground, letters.background,
+             letters.superscript, letters.baseline, letters.kern, letters.link, marks })
+        state = mix(state, value);
+    return state ^ state >> 32;
 }
 
-const CharacterStyle& Reader::characterStyle()
+CharacterStyle Reader::characterStyle() const
 {
     const Letters& letters = m_state.letters;
-    if (m_hasStyle && letters == m_styledLetters)
-        return m_style;
-    const FontEntry* font = m_fonts.find(letters.font < 0 ? m_defaultFont : letters.font);
-    m_style = {};
-    if (font && !font->name.isEmpty())
-        m_style.font.name = font->name;
-    m_style.font.size = letters.size / 1000.0;
-    m_style.font.bold = letters.bold;
-    m_style.font.italic = letters.italic;
-    m_style.underline = letters.underline;
-    m_style.strikethrough = letters.strikethrough;
-    m_style.foreground = m_colors.color(letters.foreground);
-    m_style.background = m_colors.color(letters.background);
-    m_style.superscript = letters.superscript;
-    m_style.baselineOffset = letters.baseline / 2.0;
-    m_style.kern = letters.kern / 20.0;
+    const FontEntry* entry = font();
+    CharacterStyle style;
+    if (entry && !entry->name.isEmpty())
+        style.font.name = entry->name;
+    style.font.size = letters.size / 1000.0;
+    style.font.bold = letters.bold;
+    style.font.italic = letters.italic;
+    style.underline = letters.underline;
+    style.strikethrough = letters.strikethrough;
+    style.foreground = m_colors.color(letters.foreground);
+    style.background = m_colors.color(letters.background);
+    style.superscript = letters.superscript;
+    style.baselineOffset = letters.baseline / 2.0;
+    style.kern = letters.kern / 20.0;
     if (letters.link >= 0)
-        m_style.link = m_links[static_cast<std::size_t>(letters.link)];
-    m_styledLetters = letters;
-    m_hasStyle = true;
-    return m_style;
+        style.link = m_links[static_cast<std::size_t>(letters.link)];
+    return style;
+}
+
+AttributedStringBuilder::StyleNumber Reader::styleNumber()
+{
+    if (m_styleNumber)
+        return *m_styleNumber;
+    auto known = m_styleNumbers.find(m_state.letters);
+    if (known == m_styleNumbers.end())
+        known = m_styleNumbers.emplace(m_state.letters, m_builder.numberOf(characterStyle())).first;
+    m_styleNumber = known->second;
+    return known->second;
 }
 
 void Reader::endParagraph()
 {
     if (m_state.destination != Destination::Body)
         return;
-    m_units += u'\n';
-    flushUnits();
-    m_builder.endParagraphs(paragraphStyle());
+    m_builder.append(u"\n", styleNumber());
+    m_builder.endParagraphs(paragraphNumber());
+}
+
+Paragraph& Reader::editParagraph()
+{
+    m_paragraphNumber.reset();
+    if (m_state.paragraph.use_count() > 1)
+        m_state.paragraph = std::make_shared<Paragraph>(*m_state.paragraph);
+    return *m_state.paragraph;
+}
+
+// What stands in a table has its place in its style, so each of its paragraphs has one of its own.
+AttributedStringBuilder::ParagraphNumber Reader::paragraphNumber()
+{
+    if (m_paragraphNumber)
+        return *m_paragraphNumber;
+    const auto number = m_builder.numberOf(paragraphStyle());
+    if (m_openTables.empty())
+        m_paragraphNumber = number;
+    return number;
 }
 
 void Reader::openTables()
 {
-    const auto level = static_cast<std::size_t>(std::clamp(m_state.paragraph.tableLevel, 0, 32));
+    const auto level = static_cast<std::size_t>(std::clamp(m_state.paragraph->tableLevel, 0, 32));
     while (m_openTables.size() > level) {
         m_builder.setColumns(m_openTables.back().table, m_openTables.back().columns);
         m_openTables.pop_back();
@@ -293,7 +344,7 @@ void Reader::openTables()
 ParagraphStyle Reader::paragraphStyle()
 {
     openTables();
-    const Paragraph& paragraph = m_state.paragraph;
+    const Paragraph& paragraph = *m_state.paragraph;
     ParagraphStyle style = paragraph.style;
     style.firstLineIndent = style.headIndent + paragraph.firstLine / 20.0;
     if (paragraph.lineHeight != 0 && paragraph.isLineMultiple) {
@@ -327,7 +378,8 @@ void Reader::endCell()
 {
     if (m_state.destination != Destination::Body)
         return;
-    m_state.paragraph.tableLevel = std::max(m_state.paragraph.tableLevel, 1);
+    if (m_state.paragraph->tableLevel < 1)
+        editParagraph().tableLevel = 1;
     endParagraph();
     ++m_openTables.back().column;
 }
@@ -343,6 +395,10 @@ void Reader::endRow()
 void Reader::finishDestination(Destination destination)
 {
     switch (destination) {
+    case Destination::Fonts:
+    case Destination::Colors:
+    case Destination::ExpandedColors:
+        return m_styleNumbers.clear();
     case Destination::Instruction:
         return finishInstruction();
     case Destination::Graphic:

@@ -3,6 +3,8 @@
 #include "platform/richtext/RTFTables.h"
 #include "platform/richtext/RTFTokens.h"
 
+#include <memory>
+
 /// Inside this folder: the machine that reads RTF. Groups push a state, control words change it, text goes to
 /// the destination that the state names.
 namespace caddis::rtf {
@@ -42,6 +44,10 @@ struct Letters {
     friend bool operator==(const Letters&, const Letters&) = default;
 };
 
+struct LettersHash {
+    std::size_t operator()(const Letters& letters) const;
+};
+
 /// The paragraph properties that end in a ParagraphStyle only together with others.
 struct Paragraph {
     ParagraphStyle style;
@@ -60,7 +66,7 @@ struct State {
     std::int32_t skippedAfterUnicode = 1; ///< \uc
     std::int32_t fieldLink = -1; ///< of the field whose group this is
     Letters letters;
-    Paragraph paragraph;
+    std::shared_ptr<Paragraph> paragraph; ///< groups share it until one changes it
 };
 
 /// A cell's looks, from the words before its \cellx.
@@ -93,10 +99,7 @@ private:
     bool destinationWord(std::string_view name);
     bool tableWord(std::string_view name, Number number);
     bool headWord(std::string_view name, Number number);
-    bool characterWord(std::string_view name, Number number);
-    void addTabStop(double location);
-    bool paragraphWord(std::string_view name, Number number);
-    bool spacingWord(std::string_view name, std::int32_t value);
+    bool lookWord(std::string_view name, Number number);
     bool rowWord(std::string_view name, Number number);
     bool documentWord(std::string_view name, std::int32_t value);
     bool timeWord(std::string_view name, std::int32_t value);
@@ -109,14 +112,18 @@ private:
     void takeByte(char byte);
     void flushBytes();
     void takeUnits(std::u16string_view units);
-    void flushUnits();
-    const CharacterStyle& characterStyle();
+    void takeAscii(std::string_view bytes);
+    CharacterStyle characterStyle() const;
+    AttributedStringBuilder::StyleNumber styleNumber();
+    const FontEntry* font() const;
     CFStringEncoding encoding() const;
 
     void endText();
     void endParagraph();
     void endCell();
     void endRow();
+    Paragraph& editParagraph();
+    AttributedStringBuilder::ParagraphNumber paragraphNumber();
     ParagraphStyle paragraphStyle();
     void openTables();
 
@@ -134,10 +141,10 @@ private:
     State m_state;
     std::size_t m_uncountedGroups = 0;
     bool m_isStarred = false;
+    bool m_isGroupStart = false; // Nothing has come since the brace but a star.
     std::int32_t m_toSkip = 0;
 
     std::string m_bytes; // Of the present code page, not decoded yet.
-    std::u16string m_units; // Decoded, with the looks of m_state.
     std::u16string m_text; // Of the present destination.
     bool m_isNameComplete = false; // Of a graphic.
     Size m_graphicSize;
@@ -154,9 +161,9 @@ private:
     Size m_view;
     std::optional<double> m_version;
 
-    Letters m_styledLetters;
-    CharacterStyle m_style;
-    bool m_hasStyle = false;
+    std::unordered_map<Letters, AttributedStringBuilder::StyleNumber, LettersHash> m_styleNumbers;
+    std::optional<AttributedStringBuilder::StyleNumber> m_styleNumber; // Of the present letters.
+    std::optional<AttributedStringBuilder::ParagraphNumber> m_paragraphNumber; // Of the present paragraph.
 
     std::vector<OpenTable> m_openTables;
     std::vector<CellDefinition> m_cells;

@@ -1,4 +1,5 @@
-// The control words that say how letters, paragraphs and cells look.
+// The control words that say how letters, paragraphs and cells look (RTF 1.9.1, "Font (Character) Formatting
+// Properties" and "Paragraph Formatting Properties").
 
 #include "platform/richtext/RTFReader.h"
 
@@ -8,148 +9,134 @@ namespace caddis::rtf {
 
 namespace {
 
+using Number = std::optional<std::int32_t>;
+
 double points(std::int32_t twips) { return twips / 20.0; }
+double pointsOf(Number twips) { return points(twips.value_or(0)); }
 
-} // namespace
-
-bool Reader::characterWord(std::string_view name, Number number)
-{
-    Letters letters = m_state.letters;
-    const std::int32_t value = number.value_or(0);
-    const bool isOn = number.value_or(1) != 0;
-    if (name == "f")
-        letters.font = value;
-    else if (name == "fs")
-        letters.size = std::clamp(number.value_or(24), 1, 4000) * 500;
-    else if (name == "fsmilli")
-        letters.size = std::clamp(value, 1, 2000000);
-    else if (name == "b")
-        letters.bold = isOn;
-    else if (name == "i")
-        letters.italic = isOn;
-    else if (name == "cf")
-        letters.foreground = value;
-    else if (name == "cb" || name == "highlight" || name == "chcbpat")
-        letters.background = value;
-    else if (name == "ul" || name == "uld" || name == "ulw" || name == "uldash")
-        letters.underline = isOn ? LineStyle::Single : LineStyle::None;
-    else if (name == "uldb")
-        letters.underline = isOn ? LineStyle::Double : LineStyle::None;
-    else if (name == "ulth")
-        letters.underline = isOn ? LineStyle::Thick : LineStyle::None;
-    else if (name == "ulnone")
-        letters.underline = LineStyle::None;
-    else if (name == "strike")
-        letters.strikethrough = isOn ? LineStyle::Single : LineStyle::None;
-    else if (name == "striked")
-        letters.strikethrough = isOn ? LineStyle::Double : LineStyle::None;
-    else if (name == "super")
-        letters.superscript = number.value_or(1);
-    else if (name == "sub")
-        letters.superscript = -number.value_or(1);
-    else if (name == "nosupersub")
-        letters.superscript = 0;
-    else if (name == "up")
-        letters.baseline = number.value_or(6);
-    else if (name == "dn")
-        letters.baseline = -number.value_or(6);
-    else if (name == "expndtw")
-        letters.kern = value;
-    else if (name == "v")
-        letters.hidden = isOn;
-    else if (name == "plain")
-        letters = Letters { .link = letters.link };
-    else
-        return false;
-    if (letters != m_state.letters) {
-        flushUnits();
-        m_state.letters = letters;
-    }
-    return true;
-}
+bool isOn(Number number) { return number.value_or(1) != 0; }
+LineStyle ifOn(Number number, LineStyle style) { return isOn(number) ? style : LineStyle::None; }
 
 // Groups copy their stops, so there can't be any number of them.
-void Reader::addTabStop(double location)
+void addTabStop(Paragraph& paragraph, double location)
 {
     constexpr std::size_t MostStops = 64;
-    auto& stops = m_state.paragraph.style.tabStops;
-    const TabAlignment alignment = std::exchange(m_state.paragraph.nextTab, TabAlignment::Left);
+    auto& stops = paragraph.style.tabStops;
+    const TabAlignment alignment = std::exchange(paragraph.nextTab, TabAlignment::Left);
     if (stops.size() < MostStops)
         stops.push_back({ location, alignment });
 }
 
-bool Reader::paragraphWord(std::string_view name, Number number)
+// What a word does to the letters that follow, or to the paragraph.
+struct Look {
+    void (*letters)(Letters&, Number) = nullptr;
+    void (*paragraph)(Paragraph&, Number) = nullptr;
+};
+
+Look letters(void (*edit)(Letters&, Number)) { return { edit, nullptr }; }
+Look paragraph(void (*edit)(Paragraph&, Number)) { return { nullptr, edit }; }
+
+using Looks = std::unordered_map<std::string_view, Look>;
+
+void addFontWords(Looks& looks)
 {
-    Paragraph& paragraph = m_state.paragraph;
-    ParagraphStyle& style = paragraph.style;
-    const std::int32_t value = number.value_or(0);
-    if (name == "pard")
-        paragraph = {};
-    else if (name == "ql" || name == "pardirnatural")
-        style.alignment = name == "ql" ? TextAlignment::Left : style.alignment;
-    else if (name == "qc")
-        style.alignment = TextAlignment::Center;
-    else if (name == "qr")
-        style.alignment = TextAlignment::Right;
-    else if (name == "qj")
-        style.alignment = TextAlignment::Justified;
-    else if (name == "ltrpar")
-        style.direction = WritingDirection::LeftToRight;
-    else if (name == "rtlpar")
-        style.direction = WritingDirection::RightToLeft;
-    else if (name == "tx")
-        addTabStop(points(value));
-    else if (name == "tqc")
-        paragraph.nextTab = TabAlignment::Center;
-    else if (name == "tqr")
-        paragraph.nextTab = TabAlignment::Right;
-    else if (name == "tqdec")
-        paragraph.nextTab = TabAlignment::Decimal;
-    else if (name == "ls")
-        paragraph.list = value;
-    else if (name == "ilvl")
-        paragraph.listLevel = value;
-    else if (name == "intbl")
-        paragraph.tableLevel = std::max(paragraph.tableLevel, 1);
-    else if (name == "itap")
-        paragraph.tableLevel = std::max(value, 0);
-    else if (name == "outlinelevel")
-        style.headerLevel = static_cast<std::uint8_t>(value >= 0 && value < 6 ? value + 1 : 0);
-    else
-        return spacingWord(name, value);
-    return true;
+    looks["f"] = letters([](Letters& l, Number n) { l.font = n.value_or(0); });
+    looks["fs"] = letters([](Letters& l, Number n) { l.size = std::clamp(n.value_or(24), 1, 4000) * 500; });
+    looks["fsmilli"] = letters([](Letters& l, Number n) { l.size = std::clamp(n.value_or(0), 1, 2000000); });
+    looks["b"] = letters([](Letters& l, Number n) { l.bold = isOn(n); });
+    looks["i"] = letters([](Letters& l, Number n) { l.italic = isOn(n); });
+    looks["cf"] = letters([](Letters& l, Number n) { l.foreground = n.value_or(0); });
+    looks["cb"] = looks["highlight"] = looks["chcbpat"]
+        = letters([](Letters& l, Number n) { l.background = n.value_or(0); });
+    looks["v"] = letters([](Letters& l, Number n) { l.hidden = isOn(n); });
+    looks["plain"] = letters([](Letters& l, Number) { l = Letters { .link = l.link }; });
 }
 
-bool Reader::spacingWord(std::string_view name, std::int32_t value)
+void addLineWords(Looks& looks)
 {
-    Paragraph& paragraph = m_state.paragraph;
-    ParagraphStyle& style = paragraph.style;
-    if (name == "li")
-        style.headIndent = points(value);
-    else if (name == "fi")
-        paragraph.firstLine = value;
-    else if (name == "ri")
-        style.tailIndent = -points(value);
-    else if (name == "sb")
-        style.spacingBefore = points(value);
-    else if (name == "sa")
-        style.spacingAfter = points(value);
-    else if (name == "sl")
-        paragraph.lineHeight = value;
-    else if (name == "slmult")
-        paragraph.isLineMultiple = value == 1;
-    else if (name == "slleading")
-        style.lineSpacing = points(value);
-    else if (name == "slminimum")
-        style.minimumLineHeight = points(value);
-    else if (name == "slmaximum")
-        style.maximumLineHeight = points(value);
-    else if (name == "pardeftab")
-        style.defaultTabInterval = points(value);
-    else if (name == "parhyphenfactor")
-        style.hyphenationFactor = value / 100.0;
-    else
+    looks["ul"] = looks["uld"] = looks["ulw"] = looks["uldash"]
+        = letters([](Letters& l, Number n) { l.underline = ifOn(n, LineStyle::Single); });
+    looks["uldb"] = letters([](Letters& l, Number n) { l.underline = ifOn(n, LineStyle::Double); });
+    looks["ulth"] = letters([](Letters& l, Number n) { l.underline = ifOn(n, LineStyle::Thick); });
+    looks["ulnone"] = letters([](Letters& l, Number) { l.underline = LineStyle::None; });
+    looks["strike"] = letters([](Letters& l, Number n) { l.strikethrough = ifOn(n, LineStyle::Single); });
+    looks["striked"] = letters([](Letters& l, Number n) { l.strikethrough = ifOn(n, LineStyle::Double); });
+    looks["super"] = letters([](Letters& l, Number n) { l.superscript = n.value_or(1); });
+    looks["sub"] = letters([](Letters& l, Number n) { l.superscript = -n.value_or(1); });
+    looks["nosupersub"] = letters([](Letters& l, Number) { l.superscript = 0; });
+    looks["up"] = letters([](Letters& l, Number n) { l.baseline = n.value_or(6); });
+    looks["dn"] = letters([](Letters& l, Number n) { l.baseline = -n.value_or(6); });
+    looks["expndtw"] = letters([](Letters& l, Number n) { l.kern = n.value_or(0); });
+}
+
+void addParagraphWords(Looks& looks)
+{
+    looks["pard"] = paragraph([](Paragraph& p, Number) { p = {}; });
+    looks["ql"] = paragraph([](Paragraph& p, Number) { p.style.alignment = TextAlignment::Left; });
+    looks["qc"] = paragraph([](Paragraph& p, Number) { p.style.alignment = TextAlignment::Center; });
+    looks["qr"] = paragraph([](Paragraph& p, Number) { p.style.alignment = TextAlignment::Right; });
+    looks["qj"] = paragraph([](Paragraph& p, Number) { p.style.alignment = TextAlignment::Justified; });
+    looks["ltrpar"]
+        = paragraph([](Paragraph& p, Number) { p.style.direction = WritingDirection::LeftToRight; });
+    looks["rtlpar"]
+        = paragraph([](Paragraph& p, Number) { p.style.direction = WritingDirection::RightToLeft; });
+    looks["tx"] = paragraph([](Paragraph& p, Number n) { addTabStop(p, pointsOf(n)); });
+    looks["tqc"] = paragraph([](Paragraph& p, Number) { p.nextTab = TabAlignment::Center; });
+    looks["tqr"] = paragraph([](Paragraph& p, Number) { p.nextTab = TabAlignment::Right; });
+    looks["tqdec"] = paragraph([](Paragraph& p, Number) { p.nextTab = TabAlignment::Decimal; });
+    looks["ls"] = paragraph([](Paragraph& p, Number n) { p.list = n.value_or(0); });
+    looks["ilvl"] = paragraph([](Paragraph& p, Number n) { p.listLevel = n.value_or(0); });
+    looks["intbl"] = paragraph([](Paragraph& p, Number) { p.tableLevel = std::max(p.tableLevel, 1); });
+    looks["itap"] = paragraph([](Paragraph& p, Number n) { p.tableLevel = std::max(n.value_or(0), 0); });
+    looks["outlinelevel"] = paragraph([](Paragraph& p, Number n) {
+        const std::int32_t level = n.value_or(0);
+        p.style.headerLevel = static_cast<std::uint8_t>(level >= 0 && level < 6 ? level + 1 : 0);
+    });
+}
+
+void addSpacingWords(Looks& looks)
+{
+    looks["li"] = paragraph([](Paragraph& p, Number n) { p.style.headIndent = pointsOf(n); });
+    looks["fi"] = paragraph([](Paragraph& p, Number n) { p.firstLine = n.value_or(0); });
+    looks["ri"] = paragraph([](Paragraph& p, Number n) { p.style.tailIndent = -pointsOf(n); });
+    looks["sb"] = paragraph([](Paragraph& p, Number n) { p.style.spacingBefore = pointsOf(n); });
+    looks["sa"] = paragraph([](Paragraph& p, Number n) { p.style.spacingAfter = pointsOf(n); });
+    looks["sl"] = paragraph([](Paragraph& p, Number n) { p.lineHeight = n.value_or(0); });
+    looks["slmult"] = paragraph([](Paragraph& p, Number n) { p.isLineMultiple = n == 1; });
+    looks["slleading"] = paragraph([](Paragraph& p, Number n) { p.style.lineSpacing = pointsOf(n); });
+    looks["slminimum"] = paragraph([](Paragraph& p, Number n) { p.style.minimumLineHeight = pointsOf(n); });
+    looks["slmaximum"] = paragraph([](Paragraph& p, Number n) { p.style.maximumLineHeight = pointsOf(n); });
+    looks["pardeftab"] = paragraph([](Paragraph& p, Number n) { p.style.defaultTabInterval = pointsOf(n); });
+    looks["parhyphenfactor"]
+        = paragraph([](Paragraph& p, Number n) { p.style.hyphenationFactor = n.value_or(0) / 100.0; });
+}
+
+const Looks& looks()
+{
+    static const Looks words = [] {
+        Looks all;
+        addFontWords(all);
+        addLineWords(all);
+        addParagraphWords(all);
+        addSpacingWords(all);
+        return all;
+    }();
+    return words;
+}
+
+} // namespace
+
+bool Reader::lookWord(std::string_view name, Number number)
+{
+    const auto found = looks().find(name);
+    if (found == looks().end())
         return false;
+    if (found->second.letters) {
+        found->second.letters(m_state.letters, number);
+        m_styleNumber.reset();
+    } else {
+        found->second.paragraph(editParagraph(), number);
+    }
     return true;
 }
 
@@ -157,7 +144,7 @@ bool Reader::spacingWord(std::string_view name, std::int32_t value)
 bool Reader::rowWord(std::string_view name, Number number)
 {
     const std::int32_t value = number.value_or(0);
-    const bool isOuter = m_state.paragraph.tableLevel <= 1;
+    const bool isOuter = m_state.paragraph->tableLevel <= 1;
     if (name == "cell" || name == "nestcell") {
         endCell();
     } else if (name == "row" || name == "nestrow") {

@@ -1,6 +1,7 @@
 #include "platform/richtext/RTFTokens.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace caddis::rtf {
@@ -9,6 +10,15 @@ namespace {
 
 bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Which bytes are text wherever they stand.
+constexpr std::array<bool, 256> isPlain = [] {
+    std::array<bool, 256> plain {};
+    plain.fill(true);
+    for (const unsigned char special : { '\\', '{', '}', '\n', '\r', '\0' })
+        plain[special] = false;
+    return plain;
+}();
 
 int hexValue(char c)
 {
@@ -32,17 +42,16 @@ Token Tokens::next()
     if (first != '{' && first != '}')
         return text();
     m_rest.remove_prefix(1);
-    return { first == '{' ? Token::Kind::Open : Token::Kind::Close, {}, first, {} };
+    return { first == '{' ? Token::Kind::Open : Token::Kind::Close, {}, first, {}, false };
 }
 
 Token Tokens::text()
 {
-    std::size_t end = 1;
-    const auto isPlain
-        = [](char c) { return c != '\\' && c != '{' && c != '}' && c != '\n' && c != '\r' && c != '\0'; };
-    while (end < m_rest.size() && isPlain(m_rest[end]))
-        ++end;
-    const Token token { Token::Kind::Text, m_rest.substr(0, end), 0, {} };
+    std::size_t end = 0;
+    unsigned char all = 0;
+    while (end < m_rest.size() && isPlain[static_cast<unsigned char>(m_rest[end])])
+        all |= static_cast<unsigned char>(m_rest[end++]);
+    const Token token { Token::Kind::Text, m_rest.substr(0, end), 0, {}, all < 0x80 };
     m_rest.remove_prefix(end);
     return token;
 }
@@ -59,13 +68,13 @@ Token Tokens::control()
     if (symbol == '\r' && m_rest.starts_with('\n'))
         m_rest.remove_prefix(1);
     if (symbol != '\'')
-        return { Token::Kind::Symbol, {}, symbol, {} };
+        return { Token::Kind::Symbol, {}, symbol, {}, false };
     const int high = m_rest.size() >= 2 ? hexValue(m_rest[0]) : -1;
     const int low = high >= 0 ? hexValue(m_rest[1]) : -1;
     if (low < 0)
-        return { Token::Kind::Symbol, {}, symbol, {} };
+        return { Token::Kind::Symbol, {}, symbol, {}, false };
     m_rest.remove_prefix(2);
-    return { Token::Kind::Byte, {}, static_cast<char>(high << 4 | low), {} };
+    return { Token::Kind::Byte, {}, static_cast<char>(high << 4 | low), {}, false };
 }
 
 Token Tokens::word()
@@ -73,7 +82,7 @@ Token Tokens::word()
     std::size_t end = 1;
     while (end < m_rest.size() && isLetter(m_rest[end]))
         ++end;
-    Token token { Token::Kind::Word, m_rest.substr(0, end), 0, {} };
+    Token token { Token::Kind::Word, m_rest.substr(0, end), 0, {}, false };
     m_rest.remove_prefix(end);
     token.number = number();
     if (m_rest.starts_with(' '))

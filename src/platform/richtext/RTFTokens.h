@@ -22,6 +22,7 @@ struct Token {
     std::string_view text; ///< of Text and Word
     char character = 0; ///< of Byte and Symbol
     std::optional<std::int32_t> number; ///< of Word; held to 32 bits
+    bool isAscii = false; ///< of Text
 };
 
 class Tokens {

@@ -74,6 +74,7 @@ void Reader::word(std::string_view name, Number number)
 {
     flushBytes();
     const bool isStarred = std::exchange(m_isStarred, false);
+    const bool isGroupStart = std::exchange(m_isGroupStart, false);
     if (name == "u")
         return unicode(number.value_or(0));
     if (name == "bin")
@@ -82,15 +83,15 @@ void Reader::word(std::string_view name, Number number)
         m_state.skippedAfterUnicode = std::clamp(number.value_or(1), 0, 1000);
         return;
     }
-    if (m_state.destination == Destination::Skip || destinationWord(name))
+    if (m_state.destination == Destination::Skip || (isGroupStart && destinationWord(name)))
         return;
     if (m_state.destination != Destination::Body) {
         if (!tableWord(name, number) && isStarred)
             begin(Destination::Skip);
         return;
     }
-    const bool isKnown = characterWord(name, number) || paragraphWord(name, number) || textWord(name)
-        || headWord(name, number) || rowWord(name, number);
+    const bool isKnown
+        = lookWord(name, number) || textWord(name) || headWord(name, number) || rowWord(name, number);
     if (!isKnown && isStarred)
         begin(Destination::Skip);
 }
@@ -110,9 +111,10 @@ bool Reader::destinationWord(std::string_view name)
     if (found == destinations().end())
         return false;
     if (found->second == Destination::Body) {
-        flushUnits();
-        if (name == "fldrslt")
+        if (name == "fldrslt") {
             m_state.letters.link = m_state.fieldLink;
+            m_styleNumber.reset();
+        }
         return true;
     }
     if (found->second == Destination::Graphic) {
@@ -246,7 +248,8 @@ bool Reader::documentWord(std::string_view name, std::int32_t value)
     };
     if (name == "deff") {
         m_defaultFont = value;
-        m_hasStyle = false;
+        m_styleNumber.reset();
+        m_styleNumbers.clear();
     } else if (name == "ansicpg") {
         m_encoding = encodingOfCodePage(value);
     } else if (name == "mac") {
