@@ -364,7 +364,10 @@ ParagraphStyle Reader::paragraphStyle()
         cell.column = open.column;
         if (m_openTables.size() == 1 && open.column < m_cells.size()) {
             const CellDefinition& definition = m_cells[open.column];
-            cell.width = definition.right - (open.column > 0 ? m_cells[open.column - 1].right : 0);
+            cell.columnSpan = definition.span;
+            open.columns = std::max(open.columns, open.column + definition.span);
+            if (!definition.hasNoWidth)
+                cell.width = m_cells[open.column + definition.span - 1].right - definition.left;
             cell.background = m_colors.color(definition.background);
             cell.borderWidth = definition.borderWidth / 20.0;
             cell.borderColor = m_colors.color(definition.borderColor);
@@ -380,8 +383,12 @@ void Reader::endCell()
         return;
     if (m_state.paragraph->tableLevel < 1)
         editParagraph().tableLevel = 1;
-    endParagraph();
+    const bool isCovered = m_openTables.size() == 1 && m_openTables[0].column < m_cells.size()
+        && m_cells[m_openTables[0].column].isCovered;
+    if (!isCovered || m_builder.length() != m_cellBegin)
+        endParagraph();
     ++m_openTables.back().column;
+    m_cellBegin = m_builder.length();
 }
 
 void Reader::endRow()
@@ -390,6 +397,7 @@ void Reader::endRow()
         return;
     ++m_openTables.back().row;
     m_openTables.back().column = 0;
+    m_cellBegin = m_builder.length();
 }
 
 void Reader::finishDestination(Destination destination)

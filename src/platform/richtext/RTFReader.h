@@ -75,6 +75,10 @@ struct CellDefinition {
     std::int32_t background = 0;
     std::int32_t borderColor = 0;
     std::int32_t borderWidth = 0; ///< twips
+    bool hasNoWidth = false; ///< \clftsWidth1: `right` is only where it happens to be
+    bool isCovered = false; ///< \clmrg or \clvmrg: by the cell before it or the one above
+    std::uint32_t span = 1; ///< columns, with those that it covers behind it
+    double left = 0;
 };
 
 struct OpenTable {
@@ -122,6 +126,7 @@ private:
     void endParagraph();
     void endCell();
     void endRow();
+    void addCell(double right, bool isMergedAcross);
     Paragraph& editParagraph();
     AttributedStringBuilder::ParagraphNumber paragraphNumber();
     ParagraphStyle paragraphStyle();
@@ -168,6 +173,9 @@ private:
     std::vector<OpenTable> m_openTables;
     std::vector<CellDefinition> m_cells;
     CellDefinition m_nextCell;
+    bool m_isMergedAcross = false; // The next cell.
+    std::size_t m_leadingCell = 0; // Index of the last one that is not merged into another.
+    std::size_t m_cellBegin = 0; // Where the present cell begins.
     bool m_isCellBorder = false;
 };
 

@@ -140,6 +140,20 @@ bool Reader::lookWord(std::string_view name, Number number)
     return true;
 }
 
+// A cell that is merged into the one before it makes that one wider.
+void Reader::addCell(double right, bool isMergedAcross)
+{
+    m_nextCell.left = m_cells.empty() ? 0 : m_cells.back().right;
+    m_nextCell.right = right;
+    if (isMergedAcross && !m_cells.empty()) {
+        m_nextCell.isCovered = true;
+        ++m_cells[m_leadingCell].span;
+    } else {
+        m_leadingCell = m_cells.size();
+    }
+    m_cells.push_back(m_nextCell);
+}
+
 // Rows and cells. Definitions of nested rows come behind their cells and are not looked at.
 bool Reader::rowWord(std::string_view name, Number number)
 {
@@ -153,12 +167,19 @@ bool Reader::rowWord(std::string_view name, Number number)
         if (isOuter)
             m_cells.clear();
         m_nextCell = {};
+        m_isMergedAcross = false;
     } else if (name == "cellx") {
-        m_nextCell.right = points(value);
         if (isOuter)
-            m_cells.push_back(m_nextCell);
+            addCell(points(value), m_isMergedAcross);
         m_nextCell = {};
+        m_isMergedAcross = false;
         m_isCellBorder = false;
+    } else if (name == "clmrg") {
+        m_isMergedAcross = true;
+    } else if (name == "clvmrg") {
+        m_nextCell.isCovered = true;
+    } else if (name == "clftsWidth") {
+        m_nextCell.hasNoWidth = value == 1;
     } else if (name == "clcbpat") {
         m_nextCell.background = value;
     } else if (name == "brdrw") {

@@ -64,6 +64,10 @@ private:
     void beginRow(std::size_t location, const TableCell& cell);
     void endCells(const ParagraphStyle& style, const ParagraphStyle* next);
     void rowDefinition(const std::vector<TableCell>& cells);
+    void cellDefinition(const TableCell& cell, long& right, long share);
+    static std::size_t columnsOf(const TableCell& cell);
+    static std::size_t coveredColumns(std::size_t column, const TableCell& cell);
+    void endCoveredCells(std::size_t count);
     std::vector<TableCell> cellsOfRow(std::size_t location, const TableCell& cell) const;
 
     const AttributedString& m_text;

@@ -12,6 +12,7 @@ namespace caddis::rtf {
 namespace {
 
 constexpr long TableWidth = 8640; // Twips: six inches, parted evenly where cells have no width.
+constexpr std::size_t MostCovered = 64; // Columns of one cell, or between two.
 
 bool isSameCell(const TableCell& left, const TableCell& right)
 {
@@ -38,32 +39,81 @@ std::vector<TableCell> Writer::cellsOfRow(std::size_t location, const TableCell&
     return cells;
 }
 
+// Columns that belong to a cell of the row above, before the cell that stands next to `column`.
+std::size_t Writer::coveredColumns(std::size_t column, const TableCell& cell)
+{
+    const std::size_t count = cell.column > column ? cell.column - column : 0;
+    return count <= MostCovered ? count : 0;
+}
+
+std::size_t Writer::columnsOf(const TableCell& cell)
+{
+    return std::clamp<std::size_t>(cell.columnSpan, 1, MostCovered);
+}
+
 void Writer::beginRow(std::size_t location, const TableCell& cell)
 {
     rowDefinition(cellsOfRow(location, cell));
     m_paragraph = nullptr;
+    if (const std::size_t covered = coveredColumns(0, cell)) {
+        m_out += "\\pard\\intbl\\itap1";
+        endCoveredCells(covered);
+    }
 }
 
+void Writer::endCoveredCells(std::size_t count)
+{
+    for (std::size_t cell = 0; cell < count; ++cell)
+        m_out += "\\cell ";
+}
+
+// A cell of several columns is followed by those that it is merged with; where a cell of the row above
+// reaches down stands one that is merged with that.
 void Writer::rowDefinition(const std::vector<TableCell>& cells)
 {
     m_out += "\\itap1\\trowd \\taflags1 \\trgaph108\\trleft-108\n";
-    const long share = TableWidth / static_cast<long>(std::max<std::size_t>(cells.size(), 1));
+    std::size_t columns = 0;
+    for (const TableCell& cell : cells)
+        columns += coveredColumns(columns, cell) + columnsOf(cell);
+    const long share = TableWidth / static_cast<long>(std::max<std::size_t>(columns, 1));
     long right = 0;
+    std::size_t column = 0;
     for (const TableCell& cell : cells) {
-        if (cell.background)
-            appendWord(m_out, "clcbpat", static_cast<long>(m_tables.color(cell.background)));
-        for (const std::string_view side : { "\\clbrdrt", "\\clbrdrl", "\\clbrdrb", "\\clbrdrr" }) {
-            if (cell.borderWidth <= 0 || cell.borderWidth >= 100)
-                break;
-            m_out += side;
-            m_out += "\\brdrs";
-            appendWord(m_out, "brdrw", std::lround(cell.borderWidth * 20));
-            appendWord(m_out, "brdrcf", static_cast<long>(m_tables.color(cell.borderColor)));
-            m_out += ' ';
+        for (std::size_t covered = coveredColumns(column, cell); covered > 0; --covered) {
+            appendWord(m_out, "clvmrg\\clftsWidth1\\cellx", right += share);
+            m_out += '\n';
         }
-        const bool hasWidth = std::abs(cell.width) > 0 && std::abs(cell.width) < 1e5;
-        right += hasWidth ? std::lround(cell.width * 20) : share;
-        appendWord(m_out, "cellx", right);
+        cellDefinition(cell, right, share);
+        column = cell.column + columnsOf(cell);
+    }
+}
+
+// Moves `right` to the cell's end.
+void Writer::cellDefinition(const TableCell& cell, long& right, long share)
+{
+    const auto span = static_cast<long>(columnsOf(cell));
+    const bool hasWidth = std::abs(cell.width) > 0 && std::abs(cell.width) < 1e5;
+    const long left = right;
+    const long width = hasWidth ? std::lround(cell.width * 20) : share * span;
+    if (cell.rowSpan > 1)
+        m_out += "\\clvmgf";
+    if (span > 1)
+        m_out += "\\clmgf";
+    if (cell.background)
+        appendWord(m_out, "clcbpat", static_cast<long>(m_tables.color(cell.background)));
+    for (const std::string_view side : { "\\clbrdrt", "\\clbrdrl", "\\clbrdrb", "\\clbrdrr" }) {
+        if (cell.borderWidth <= 0 || cell.borderWidth >= 100)
+            break;
+        m_out += side;
+        m_out += "\\brdrs";
+        appendWord(m_out, "brdrw", std::lround(cell.borderWidth * 20));
+        appendWord(m_out, "brdrcf", static_cast<long>(m_tables.color(cell.borderColor)));
+        m_out += ' ';
+    }
+    for (long part = 1; part <= span; ++part) {
+        m_out += part > 1 ? "\\clmrg" : "";
+        m_out += hasWidth ? "" : "\\clftsWidth1";
+        appendWord(m_out, "cellx", right = left + width * part / span);
         m_out += '\n';
     }
 }
@@ -91,6 +141,9 @@ void Writer::endCells(const ParagraphStyle& style, const ParagraphStyle* next)
             && next->cells[level].row == cells[level].row;
         for (std::size_t outer = 0; rowGoesOn && outer < level; ++outer)
             rowGoesOn = isSameCell(cells[outer], next->cells[outer]);
+        if (level == 0)
+            endCoveredCells(columnsOf(cells[0]) - 1
+                + (rowGoesOn ? coveredColumns(cells[0].column + columnsOf(cells[0]), next->cells[0]) : 0));
         if (rowGoesOn)
             continue;
         m_out += level > 0 ? "{\\*\\nesttableprops\\trowd\\cellx2880\\nestrow}" : "\\row\n";

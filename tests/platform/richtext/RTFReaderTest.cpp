@@ -1,5 +1,6 @@
 #include "platform/richtext/RTF.h"
 
+#include "support/RichTextTrace.h"
 #include "support/Text.h"
 
 #include <gtest/gtest.h>
@@ -94,6 +95,18 @@ TEST(RTFReader, KeepsTheCellsOfTables)
     EXPECT_EQ(read.tables().at(0).columns, 2U);
 }
 
+TEST(RTFReader, LeavesOutCellsThatOthersCover)
+{
+    const auto read = caddis::read(
+        "\\trowd\\clmgf\\cellx1000\\clmrg\\cellx2000\\clvmgf\\cellx3000\\pard\\intbl a\\cell"
+        "\\cell b\\cell\\row\\trowd\\cellx1000\\cellx2000\\clvmrg\\cellx3000 c\\cell d\\cell\\cell"
+        "\\row\\pard e");
+    EXPECT_EQ(traceOf(read), "[cell 0,0 x2] {}a\n[cell 0,2] {}b\n[cell 1,0] {}c\n[cell 1,1] {}d\n{}e");
+    EXPECT_EQ(read.paragraphStyles()[0].cells.at(0).width, 100);
+    EXPECT_EQ(text("\\trowd\\clmrg\\cellx1\\clvmrg\\cellx2\\intbl a\\cell b\\cell\\row"), "a\nb\n")
+        << "text stays";
+}
+
 TEST(RTFReader, TakesAttachmentsFromThePackageOnly)
 {
     constexpr std::string_view Body = "a{{\\NeXTGraphic ../my pic.png \\width3200 \\height20 \n}\xAC}b";
@@ -131,6 +144,12 @@ TEST(RTFReader, HoldsDepthAndSizeAgainstHostileText)
     for (int column = 0; column < 10000; ++column)
         cells += "\\cellx2000000000\\tx9";
     EXPECT_EQ(text(cells + "\\intbl a\\cell\\row"), "a\n");
+    EXPECT_EQ(text("a\\bin2147483647 b"), "a") << "what it skips ends with the document";
+    EXPECT_EQ(text("a\\bin-5 b"), "ab");
+    std::string merged = "\\trowd\\cellx1";
+    for (int column = 0; column < 100000; ++column)
+        merged += "\\clmrg\\cellx2";
+    EXPECT_EQ(text(merged + "\\intbl a\\cell\\row"), "a\n");
     EXPECT_EQ(text("\\fs999999999999\\li-99999999999999999999 a\\u99999999999 "), "a\uFFFF");
 }
 

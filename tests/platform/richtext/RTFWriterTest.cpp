@@ -1,6 +1,7 @@
 #include "platform/richtext/RTF.h"
 
 #include "platform/richtext/AttributedStringBuilder.h"
+#include "support/RichTextTrace.h"
 #include "support/Text.h"
 
 #include <gtest/gtest.h>
@@ -119,6 +120,40 @@ TEST(RTFWriter, ReadsBackTables)
     ASSERT_EQ(read.paragraphStyles().size(), text.paragraphStyles().size());
     for (std::size_t index = 0; index < read.paragraphStyles().size(); ++index)
         EXPECT_EQ(read.paragraphStyles()[index].cells, text.paragraphStyles()[index].cells) << index;
+}
+
+ParagraphStyle cellAt(std::uint32_t row, std::uint32_t column, std::uint32_t columns = 1)
+{
+    ParagraphStyle style;
+    TableCell cell;
+    cell.row = row;
+    cell.column = column;
+    cell.columnSpan = columns;
+    style.cells.push_back(cell);
+    return style;
+}
+
+// A wide cell, a cell without a width, and a row whose first column belongs to the cell above.
+TEST(RTFWriter, ReadsBackCellsOfSeveralColumns)
+{
+    AttributedStringBuilder builder;
+    builder.addTable({ 3 });
+    const std::tuple<std::u16string_view, ParagraphStyle> cells[] { { u"wide\n", cellAt(0, 0, 2) },
+        { u"b\n", cellAt(0, 2) }, { u"below\n", cellAt(1, 1) }, { u"d\n", cellAt(1, 2) } };
+    for (const auto& [text, style] : cells) {
+        builder.append(text, {});
+        builder.endParagraphs(style);
+    }
+    builder.append(u"after", {});
+    const AttributedString text = std::move(builder).finish();
+    EXPECT_EQ(traceOf(readBack(text)), traceOf(text));
+    EXPECT_EQ(readBack(text), text);
+    ParagraphStyle vast = cellAt(0, 4000000000U, 4000000000U);
+    AttributedStringBuilder hostile;
+    hostile.addTable({});
+    hostile.append(u"x\n", {});
+    hostile.endParagraphs(vast);
+    EXPECT_EQ(readBack(std::move(hostile).finish()).string(), u"x\n"_s);
 }
 
 TEST(RTFWriter, ReadsBackDocumentAttributes)
