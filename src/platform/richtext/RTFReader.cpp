@@ -367,7 +367,9 @@ ParagraphStyle Reader::paragraphStyle()
             cell.columnSpan = definition.span;
             open.columns = std::max(open.columns, open.column + definition.span);
             if (!definition.hasNoWidth)
-                cell.width = m_cells[open.column + definition.span - 1].right - definition.left;
+                cell.width
+                    = static_cast<double>(m_cells[open.column + definition.span - 1].right - definition.left)
+                    / 20.0;
             cell.background = m_colors.color(definition.background);
             cell.borderWidth = definition.borderWidth / 20.0;
             cell.borderColor = m_colors.color(definition.borderColor);

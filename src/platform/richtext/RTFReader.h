@@ -71,14 +71,14 @@ struct State {
 
 /// A cell's looks, from the words before its \cellx.
 struct CellDefinition {
-    double right = 0;
+    std::int64_t right = 0; ///< twips, as `left`: their difference is exact
     std::int32_t background = 0;
     std::int32_t borderColor = 0;
     std::int32_t borderWidth = 0; ///< twips
     bool hasNoWidth = false; ///< \clftsWidth1: `right` is only where it happens to be
     bool isCovered = false; ///< \clmrg or \clvmrg: by the cell before it or the one above
     std::uint32_t span = 1; ///< columns, with those that it covers behind it
-    double left = 0;
+    std::int64_t left = 0;
 };
 
 struct OpenTable {
@@ -126,7 +126,7 @@ private:
     void endParagraph();
     void endCell();
     void endRow();
-    void addCell(double right, bool isMergedAcross);
+    void addCell(std::int32_t right, bool isMergedAcross);
     Paragraph& editParagraph();
     AttributedStringBuilder::ParagraphNumber paragraphNumber();
     ParagraphStyle paragraphStyle();

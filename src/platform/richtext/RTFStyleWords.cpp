@@ -141,7 +141,7 @@ bool Reader::lookWord(std::string_view name, Number number)
 }
 
 // A cell that is merged into the one before it makes that one wider.
-void Reader::addCell(double right, bool isMergedAcross)
+void Reader::addCell(std::int32_t right, bool isMergedAcross)
 {
     m_nextCell.left = m_cells.empty() ? 0 : m_cells.back().right;
     m_nextCell.right = right;
@@ -170,7 +170,7 @@ bool Reader::rowWord(std::string_view name, Number number)
         m_isMergedAcross = false;
     } else if (name == "cellx") {
         if (isOuter)
-            addCell(points(value), m_isMergedAcross);
+            addCell(value, m_isMergedAcross);
         m_nextCell = {};
         m_isMergedAcross = false;
         m_isCellBorder = false;
