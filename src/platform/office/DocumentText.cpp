@@ -122,6 +122,8 @@ void DocumentText::beginNote() { m_story = &m_notes; }
 
 void DocumentText::endNote()
 {
+    if (!isInNote())
+        return;
     while (!m_notes.tables.empty())
         endTable();
     if (!isAtParagraphStart())
@@ -131,6 +133,7 @@ void DocumentText::endNote()
 
 AttributedString DocumentText::finish(Dictionary attributes) &&
 {
+    endNote();
     while (!m_body.tables.empty())
         endTable();
     if (m_notes.builder.length() > 0) {

@@ -172,6 +172,10 @@ void OpenDocumentReader::endParagraph()
 {
     if (m_paragraphs.empty())
         return;
+    if (m_paragraphs.size() == m_paragraphsOutside) {
+        m_noteDepth = 1;
+        endNoteBody(); // It broke off.
+    }
     beginParagraph();
     m_paragraphs.back().spans.clear();
     m_paragraphs.back().links.clear();
@@ -293,6 +297,7 @@ void OpenDocumentReader::startNoteBody(const XMLAttributes&)
     if (m_noteDepth > 1)
         return;
     m_listsOutside = std::exchange(m_lists, {});
+    m_paragraphsOutside = m_paragraphs.size();
     m_text.beginNote();
     CharacterStyle raised;
     raised.superscript = 1;
@@ -305,6 +310,7 @@ void OpenDocumentReader::endNoteBody()
     if (m_noteDepth == 0 || --m_noteDepth > 0)
         return;
     m_text.endNote();
+    m_paragraphsOutside = 0;
     m_lists = std::exchange(m_listsOutside, {});
 }
 

@@ -130,6 +130,7 @@ private:
     std::vector<OpenList> m_lists;
     std::vector<OpenList> m_listsOutside; // Of the note that is open.
     std::size_t m_noteDepth = 0;
+    std::size_t m_paragraphsOutside = 0; // Those around the note; 0: there are none.
     String m_noteMark;
 
     struct Frame {

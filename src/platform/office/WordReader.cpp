@@ -207,6 +207,8 @@ void WordReader::endParagraph()
 {
     if (m_paragraphs.empty())
         return;
+    if (m_paragraphs.size() == m_paragraphsOutside)
+        endNote(); // It broke off.
     if (isWanted()) {
         beginParagraph();
         m_runs.back() = {};

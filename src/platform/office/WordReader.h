@@ -189,6 +189,7 @@ private:
     std::optional<NoteKind> m_noteKind; // Of the part that is read.
     bool m_isNoteWanted = false;
     String m_noteMark;
+    std::size_t m_paragraphsOutside = 0; // Those around the note that is open; 0: there are none.
     std::map<std::pair<NoteKind, String>, String> m_noteMarks; // By kind and id, once referred to.
     std::int32_t m_footnotes = 0;
     std::int32_t m_endnotes = 0;

@@ -136,12 +136,13 @@ void WordReader::startNote(const XMLAttributes& attributes)
         appendSuperscript(m_noteMark);
     }
     m_text.beginNote();
+    m_paragraphsOutside = m_paragraphs.size();
 }
 
 void WordReader::endNote()
 {
-    if (m_text.isInNote())
-        m_text.endNote();
+    m_text.endNote();
+    m_paragraphsOutside = 0;
     m_isNoteWanted = false;
 }
 

@@ -132,6 +132,15 @@ TEST(OpenDocument, ThePartsOfAPackageGoTogether)
             { u"UTI"_s, u"org.oasis-open.opendocument.text"_s } }));
 }
 
+TEST(OpenDocument, EndsWhatIsOpenWhereTheMarkupBreaksOff)
+{
+    const auto text = attributedStringWithOfficeXML(Data::copyOf(
+        "<office:document><office:body><office:text><table:table><table:table-row><table:table-cell>"
+        "<text:p>cell<text:note><text:note-citation>1</text:note-citation><text:note-body><text:p>note"));
+    ASSERT_TRUE(text);
+    EXPECT_EQ(traceOf(*text), "[cell 0,0] {}cell{super}1\n{super}1{} note\n");
+}
+
 TEST(OpenDocument, SheetsAreNoText)
 {
     EXPECT_FALSE(attributedStringWithOfficeXML(

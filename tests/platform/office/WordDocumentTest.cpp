@@ -242,6 +242,17 @@ TEST(WordDocument, WhatIsNoneGivesNothingAndWhatBreaksOffItsBeginning)
     EXPECT_EQ(broken->string(), u"text\n");
 }
 
+TEST(WordDocument, EndsWhatIsOpenWhereTheMarkupBreaksOff)
+{
+    const auto text = attributedStringWithOfficeXML(
+        Data::copyOf("<w:wordDocument><w:body><w:tbl><w:tr><w:tc><w:p><w:r><w:t>cell</w:t></"
+                     "w:r><w:r><w:footnote><w:tbl><w:tr><w:tc>"
+                     "<w:p><w:r><w:t>note</w:t>"));
+    ASSERT_TRUE(text);
+    EXPECT_EQ(traceOf(*text), "[cell 0,0] {}cell{super}1\n[cell 0,0] {}note\n");
+    EXPECT_EQ(text->tables().size(), 2U);
+}
+
 TEST(WordDocument, BombsStayBounded)
 {
     Docx docx;
