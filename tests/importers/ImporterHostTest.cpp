@@ -1,97 +1,14 @@
-#include "importers/MetaDataImporter.h"
+#include "importers/ImporterHostTest.h"
 
-#include "client/HelperProxy.h"
-#include "client/HelperTask.h"
-#include "client/OstraImExport.h"
 #include "platform/files/ContentType.h"
 #include "platform/plugin/ElfPreflight.h"
 
-#include "support/LogCapture.h"
-#include "support/PrivateRuntimeDirectory.h"
 #include "support/Run.h"
-#include "support/TemporaryFolder.h"
-#include "support/Text.h"
 
-#include <chrono>
 #include <gtest/gtest.h>
-#include <thread>
 
 namespace caddis {
 namespace {
-
-constexpr const char* Type = "8B08C4BF-415B-11D8-B3F9-0003936726FC";
-constexpr const char* User = "/home/ada/Library/Spotlight/";
-constexpr const char* Local = "/Library/Spotlight/";
-constexpr const char* System = "/System/Library/Spotlight/";
-
-// A whole system in a folder: importers where the platform has them, and a tool that lists what the test
-// says. Discovery happens once per process; every case runs in one of its own.
-class ImporterHost : public testing::Test {
-protected:
-    ImporterHost()
-    {
-        setenv("CADDIS_ROOT", root.path().c_str(), 1);
-        setenv("HOME", "/home/ada", 1);
-    }
-
-    struct Declared {
-        std::string contentType = {};
-        std::string extension = {};
-        std::vector<std::string> factories = { "PathFactory" };
-        std::string more = {};
-    };
-
-    void install(const std::string& path, const Declared& declared)
-    {
-        std::string factories;
-        std::string types;
-        for (const std::string& function : declared.factories) {
-            const std::string identifier
-                = "00000000-0000-4000-8000-" + std::to_string(100000000000 + ++count);
-            factories.append("\"").append(identifier).append("\" = ").append(function).append("; ");
-            types.append("\"").append(identifier).append("\", ");
-        }
-        const std::string contents = path.substr(1) + "/Contents/";
-        root.write(contents + "Info.plist",
-            "{ CFBundleExecutable = Test.so; CFPlugInFactories = { " + factories + " }; CFPlugInTypes = { \""
-                + Type + "\" = ( " + types
-                + " ); }; CFBundleDocumentTypes = ( { CFBundleTypeRole = MDImporter; "
-                + "LSItemContentTypes = ( \"" + declared.contentType + "\" ); } ); "
-                + "UTExportedTypeDeclarations = ( { UTTypeTagSpecification = { \"public.filename-extension\" "
-                  "= "
-                + "( \"" + declared.extension + "\" ); }; } ); " + declared.more + " }");
-        const auto folder = root.path() / contents / "Linux";
-        std::filesystem::create_directories(folder);
-        std::filesystem::copy_file(CADDIS_TEST_IMPORTER, folder / "Test.so");
-    }
-
-    void setTool(const std::string& list)
-    {
-        const String tool = root.write("usr/bin/mdimport", "#!/bin/sh\ncat >&2 <<'END'\n" + list + "\nEND\n");
-        std::filesystem::permissions(tool.utf8(), std::filesystem::perms::owner_all);
-    }
-
-    static std::string listOf(const std::vector<std::string>& paths)
-    {
-        std::string text = "mdimport[1] Paths: id(0) (\n";
-        for (const std::string& path : paths)
-            text += "    \"" + path + "\",\n";
-        return text + ")";
-    }
-
-    static std::string order(const MetaDataImporter& host)
-    {
-        std::string text;
-        for (const String& path : host.MDImporterArray())
-            text += path.utf8() + ' ';
-        return text;
-    }
-
-    TemporaryFolder root;
-    LogCapture capture;
-    MetaDataImporter host;
-    long count = 0;
-};
 
 TEST_F(ImporterHost, TakesGroupsInReverseAndMailFirst)
 {
@@ -174,53 +91,6 @@ TEST_F(ImporterHost, DropsImportersWithoutAnInterface)
         u"/Apps/A.mdimporter: No kMDImporter(URL)Interface 00000000-0000-4000-8000-100000000001"_s);
     EXPECT_TRUE(host.metaDataOfFileAtPath(file)->stringForKey(u"path")->view().starts_with(u"file://"))
         << "the second factory replaces what the first gave";
-}
-
-TEST_F(ImporterHost, BoundsFloodsAndRepairsGarbage)
-{
-    setTool(listOf({ "/Apps/A.mdimporter" }));
-    install("/Apps/A.mdimporter", { .contentType = "public.plain-text" });
-    EXPECT_EQ(host.textContentOfFileAtPath(root.write("flood.txt", ""))->length(), std::size_t(16) << 20U);
-    const auto garbage = host.metaDataOfFileAtPath(root.write("garbage.txt", ""));
-    EXPECT_EQ(garbage->stringForKey(u"bytes"), u"\uFFFD\uFFFD\uFFFD"_s);
-    EXPECT_FALSE(garbage->find(u"self"));
-}
-
-TEST_F(ImporterHost, ReadsOutlinesAndChatLogsItself)
-{
-    setTool("nothing here");
-    root.write("o.oo3/contents.xml",
-        "<?xml version='1.0'?><o><editor x='1'>settings</editor><t>Tom &amp; Ada</t></o>");
-    EXPECT_EQ(host.textContentOfFileAtPath(root.path("o.oo3"))->utf8().find("settings"), std::string::npos);
-    EXPECT_NE(host.textContentOfFileAtPath(root.path("o.oo3"))->utf8().find("Tom & Ada"), std::string::npos);
-    root.write("c.chatlog/a.xml", "<chat><message>hello</message></chat>");
-    EXPECT_NE(host.textContentOfFileAtPath(root.path("c.chatlog"))->utf8().find("hello"), std::string::npos);
-    root.write("c.chatlog/b.xml", "<chat/>");
-    EXPECT_FALSE(host.metaDataOfFileAtPath(root.path("c.chatlog"))) << "two logs";
-    EXPECT_EQ(host.metaDataOfFileAtPath(root.write("x.fennikSearch", "")), Dictionary());
-}
-
-TEST_F(ImporterHost, FailsOnlyTheRequestOfAnImporterThatDies)
-{
-    const PrivateRuntimeDirectory directory;
-    setTool(listOf({ "/Apps/A.mdimporter" }));
-    install("/Apps/A.mdimporter", { .contentType = "public.plain-text" });
-    const auto task = HelperTask::initWithPath(String::fromLatin1(CADDIS_BIN "/CaddisHelper"),
-        String(HelperServiceName), &OstraImExport, 10, QualityOfService::Default);
-    const String good = root.write("good.txt", "");
-    for (const char* name : { "crash.txt", "exit.txt" }) {
-        const auto proxy = task->proxy();
-        ASSERT_TRUE(proxy);
-        EXPECT_ANY_THROW(HelperProxy(*proxy).metaDataForFile(root.write(name, ""))) << name;
-        for (int attempt = 0; attempt < 500 && proxy->connection()->isValid(); ++attempt)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        const auto next = task->proxy();
-        ASSERT_TRUE(next);
-        const auto metaData = HelperProxy(*next).metaDataForFile(good);
-        ASSERT_TRUE(metaData);
-        EXPECT_TRUE(metaData->find(u"type"));
-        EXPECT_FALSE(metaData->find(u"null")) << "null objects stay behind";
-    }
 }
 
 TEST(ElfPreflight, TellsWhatCannotBeLoaded)

@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <unistd.h>
 #include <unordered_map>
 
 // A dictionary keeps its entries in order and finds them by name; keys stay in the plug-in's UTF-8. A value
@@ -24,6 +26,8 @@ struct CaddisValue {
     std::vector<CaddisValue*> items {}; // Of an array, and of a dictionary in the order of `keys`.
     std::vector<std::string> keys {};
     std::unordered_map<std::string, std::size_t> places {};
+    CaddisValue* parent = nullptr; // What it is an item of. One place each, so that all values form trees.
+    int height = 0; // Containers inside each other below this one, at most MostNested.
 };
 
 namespace caddis {
@@ -53,12 +57,19 @@ bool spend(std::size_t bytes)
     return true;
 }
 
+// The plug-in may hold the item longer than its container lives.
+CaddisValue* detached(CaddisValue* item)
+{
+    item->parent = nullptr;
+    return item;
+}
+
 void release(CaddisValue* value)
 {
     if (!value || --value->references > 0)
         return;
     for (CaddisValue* item : value->items)
-        release(item);
+        release(detached(item));
     delete value;
 }
 
@@ -73,17 +84,27 @@ CaddisValue* scalar(CaddisKind kind, Value content, std::size_t bytes)
 
 bool isKind(const CaddisValue* value, CaddisKind kind) { return value && value->kind == kind; }
 
-// Whether `whole` is in `part`: what would close a circle. What nests too deep counts as one.
-bool contains(const CaddisValue* part, const CaddisValue* whole, int depth)
+// Makes the item one of the container's unless it is somewhere already, would come to contain itself, or the
+// whole would nest too deep.
+bool attach(CaddisValue* item, CaddisValue* container)
 {
-    return part == whole || depth > MostNested
-        || std::ranges::any_of(
-            part->items, [&](const CaddisValue* item) { return contains(item, whole, depth + 1); });
+    int height = item->height;
+    if (item->parent)
+        return false;
+    for (const CaddisValue* above = container; above; above = above->parent) {
+        if (above == item || ++height > MostNested)
+            return false;
+    }
+    item->parent = container;
+    height = item->height;
+    for (CaddisValue* above = container; above; above = above->parent)
+        above->height = std::max(above->height, ++height);
+    return true;
 }
 
 int set(CaddisValue* dictionary, const char* key, CaddisValue* item)
 {
-    if (!isKind(dictionary, CADDIS_DICTIONARY) || !key || !item || contains(item, dictionary, 0)) {
+    if (!isKind(dictionary, CADDIS_DICTIONARY) || !key || !item || !attach(item, dictionary)) {
         release(item);
         return 0;
     }
@@ -92,7 +113,7 @@ int set(CaddisValue* dictionary, const char* key, CaddisValue* item)
         dictionary->keys.emplace_back(key);
         dictionary->items.push_back(item);
     } else {
-        release(std::exchange(dictionary->items[place->second], item));
+        release(detached(std::exchange(dictionary->items[place->second], item)));
     }
     return 1;
 }
@@ -156,7 +177,7 @@ CaddisValue* make(CaddisKind kind, const void* bytes, std::size_t length);
 
 int append(CaddisValue* array, CaddisValue* item)
 {
-    if (!isKind(array, CADDIS_ARRAY) || !item || contains(item, array, 0)) {
+    if (!isKind(array, CADDIS_ARRAY) || !item || !attach(item, array)) {
         release(item);
         return 0;
     }
@@ -245,34 +266,41 @@ void logLine(const char* utf8)
         log(u"%s", utf8);
 }
 
-std::optional<Value> valueOf(const CaddisValue& value, int depth);
+Value valueOf(const CaddisValue& value);
 
-Dictionary dictionaryOf(const CaddisValue& value, int depth)
+Dictionary dictionaryOf(const CaddisValue& value)
 {
     std::vector<Dictionary::Entry> entries;
-    for (std::size_t index = 0; index < value.items.size(); ++index) {
-        if (auto item = valueOf(*value.items[index], depth + 1))
-            entries.push_back({ String::fromUtf8(value.keys[index]), std::move(*item) });
-    }
+    for (std::size_t index = 0; index < value.items.size(); ++index)
+        entries.push_back({ String::fromUtf8(value.keys[index]), valueOf(*value.items[index]) });
     if (!value.text.empty())
         entries.push_back({ String::fromUtf8(TextKey), String::fromUtf8(value.text) });
     return Dictionary::adopt(std::move(entries));
 }
 
-std::optional<Value> valueOf(const CaddisValue& value, int depth)
+Value valueOf(const CaddisValue& value)
 {
-    if (depth > MostNested)
-        return std::nullopt;
     if (value.kind == CADDIS_DICTIONARY)
-        return dictionaryOf(value, depth);
+        return dictionaryOf(value);
     if (value.kind != CADDIS_ARRAY)
         return value.scalar;
     Array items;
-    for (const CaddisValue* item : value.items) {
-        if (auto found = valueOf(*item, depth + 1))
-            items.push_back(std::move(*found));
-    }
+    for (const CaddisValue* item : value.items)
+        items.push_back(valueOf(*item));
     return Value(std::move(items));
+}
+
+bool endsWithoutException(const String& path, FunctionRef<void()> call)
+{
+    try {
+        call();
+        return true;
+    } catch (const std::exception& exception) {
+        log(u"%@: exception %s", path, exception.what());
+    } catch (...) {
+        log(u"%@: exception", path);
+    }
+    return false;
 }
 
 } // namespace
@@ -297,7 +325,7 @@ Dictionary attributesOfImport(FunctionRef<void(CaddisValue* attributes)> import)
     attributes->references = HostReferences;
     import(attributes);
     current = nullptr;
-    Dictionary result = dictionaryOf(*attributes, 0);
+    Dictionary result = dictionaryOf(*attributes);
     attributes->references = std::max(attributes->references, HostReferences) - HostReferences + 1;
     release(attributes);
     if (running.isTextFull)
@@ -307,15 +335,12 @@ Dictionary attributesOfImport(FunctionRef<void(CaddisValue* attributes)> import)
 
 bool withoutExceptions(const String& path, FunctionRef<void()> call)
 {
-    try {
-        call();
-        return true;
-    } catch (const std::exception& exception) {
-        log(u"%@: exception %s", path, exception.what());
-    } catch (...) {
-        log(u"%@: exception", path);
-    }
-    return false;
+    const pid_t process = getpid();
+    const bool ended = endsWithoutException(path, call);
+    // A copy of the process must not go on and answer requests beside it.
+    if (getpid() != process)
+        _exit(EXIT_FAILURE);
+    return ended;
 }
 
 } // namespace caddis

@@ -16,11 +16,12 @@ inline constexpr double ImportSeconds = 10;
 /// The functions that every plug-in gets. Outside an import they do nothing.
 const CaddisHost& importerHost();
 
-/// Runs one import with an empty dictionary and gives what stands in it afterwards. Null objects stay, what
-/// nests more than 64 deep is left out. Imports do not nest.
+/// Runs one import with an empty dictionary and gives what stands in it afterwards. Null objects stay.
+/// Imports do not nest.
 Dictionary attributesOfImport(FunctionRef<void(CaddisValue* attributes)> import);
 
-/// Calls into a plug-in; false, and logged with its path, when an exception came out of it.
+/// Calls into a plug-in; false, and logged with its path, when an exception came out of it. Does not return
+/// in a process that the plug-in has forked.
 bool withoutExceptions(const String& path, FunctionRef<void()> call);
 
 } // namespace caddis

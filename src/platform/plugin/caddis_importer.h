@@ -130,8 +130,8 @@ typedef struct CaddisHost {
      * (REAL, and DATE in seconds since 1970); one byte (BOOLEAN); the data; nothing for the others, which
      * start empty. NULL when it can't be made. */
     CaddisValue* (*make)(CaddisKind kind, const void* bytes, size_t length);
-    /* Both take over your reference to `item`, also when they fail. An item must not come to contain
-     * itself. */
+    /* Both take over your reference to `item`, also when they fail. They do when the item stands in an array
+     * or a dictionary already, when it would come to contain itself, and beyond 64 levels. */
     int (*append)(CaddisValue* array, CaddisValue* item);
     int (*set)(CaddisValue* dictionary, const char* key, CaddisValue* item);
     /* Borrowed: valid until the dictionary changes. NULL when the key is missing. */

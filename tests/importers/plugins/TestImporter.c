@@ -2,9 +2,11 @@
  * platform's samples do, and shows its count in the attributes. */
 #include "caddis_importer.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 struct Object {
@@ -44,6 +46,67 @@ static int32_t query_interface(void* self, CaddisUUID identifier, void** out)
     return CADDIS_OK;
 }
 
+void throwSomething(void); /* in C++ */
+
+/* What is left behind: memory, descriptors, a file beside the one that is read. */
+static void leak(CaddisValue* attributes, const char* path)
+{
+    char other[4096];
+    int count;
+    for (count = 0; count < 64; ++count) {
+        memset(malloc(1 << 20), 1, 1 << 20);
+        socket(AF_INET, SOCK_STREAM, 0);
+    }
+    if (strlen(path) + 8 < sizeof other) {
+        strcpy(other, path);
+        strcat(other, ".left");
+        count = open(other, O_CREAT | O_WRONLY, 0600);
+        host->set_boolean(attributes, "wrote", count >= 0);
+    }
+}
+
+/* Values that hold one another more than once, or themselves. */
+static void entangle(CaddisValue* attributes)
+{
+    CaddisValue* inner = host->make(CADDIS_ARRAY, NULL, 0);
+    int level;
+    int refused = 0;
+    for (level = 0; level < 100; ++level) {
+        CaddisValue* outer = host->make(CADDIS_ARRAY, NULL, 0);
+        host->retain(inner);
+        host->retain(inner);
+        host->append(outer, inner);
+        refused += !host->append(outer, inner);
+        refused += !host->append(inner, outer) << 8;
+        inner = outer;
+    }
+    host->set_integer(attributes, "refused", refused);
+}
+
+static void describe(CaddisValue* attributes, const char* path)
+{
+    const char* page = "<html><body><p>One &amp; <b>two</b></p></body></html>";
+    if (strstr(path, ".mellel")) {
+        host->set_string(attributes, "word", "<title>", 7);
+        host->set_string(attributes, "words", "<a title>", 9);
+        host->add_string(attributes, "list", "<author>", 8);
+        host->add_string(attributes, "lists", "<author>", 8);
+        host->add_string(attributes, "lists", "<author>", 8);
+    }
+    if (strstr(path, ".mht"))
+        host->append_text(attributes, page, strlen(page));
+    if (strstr(path, ".scap")) {
+        host->add_string(attributes, "com_literatureandlatte_scapple_noteText", "one", 3);
+        host->add_string(attributes, "com_literatureandlatte_scapple_noteText", "two", 3);
+    }
+    if (strstr(path, "html.txt"))
+        host->set_string(attributes, "kMDItemHTMLContent", page, strlen(page));
+    if (strstr(path, "data.txt"))
+        host->set_data(attributes, "kMDItemHTMLContentData", page, strlen(page));
+    if (strstr(path, "Preview.pdf"))
+        host->append_text(attributes, "found", 5);
+}
+
 static void misbehave(CaddisValue* attributes, const char* path)
 {
     static char text[1 << 16];
@@ -54,6 +117,12 @@ static void misbehave(CaddisValue* attributes, const char* path)
         while (spinning) { }
     if (strstr(path, "exit"))
         _exit(0);
+    if (strstr(path, "throw"))
+        throwSomething();
+    if (strstr(path, "fork"))
+        fork();
+    if (strstr(path, "leak"))
+        leak(attributes, path);
     if (strstr(path, "flood")) {
         memset(text, 'x', sizeof text);
         while (!host->should_stop())
@@ -64,6 +133,7 @@ static void misbehave(CaddisValue* attributes, const char* path)
         host->set_string(NULL, NULL, NULL, 0);
         host->append(attributes, host->make(CADDIS_STRING, "x", 1));
         host->set(attributes, "self", attributes);
+        entangle(attributes);
     }
 }
 
@@ -74,6 +144,7 @@ static unsigned char import_data(void* self, CaddisValue* attributes, const char
     host->set_integer(attributes, "references", ((struct Object*)self)->references);
     host->set_integer(attributes, "living", living);
     host->set(attributes, "null", host->make(CADDIS_NULL, NULL, 0));
+    describe(attributes, path);
     misbehave(attributes, path);
     return 0;
 }

@@ -1,0 +1,1 @@
+extern "C" __attribute__((visibility("hidden"))) void throwSomething() { throw 42; }
