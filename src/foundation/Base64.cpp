@@ -21,11 +21,11 @@ String base64EncodedString(const Data& data)
     const std::uint8_t* bytes = data.bytes();
     std::size_t left = data.size();
     for (; left >= 3; left -= 3, bytes += 3)
-        appendDigits(bytes[0] << 16U | bytes[1] << 8U | bytes[2], 4);
+        appendDigits(unsigned(bytes[0]) << 16U | unsigned(bytes[1]) << 8U | bytes[2], 4);
     if (left == 2)
-        appendDigits(bytes[0] << 16U | bytes[1] << 8U, 3);
+        appendDigits(unsigned(bytes[0]) << 16U | unsigned(bytes[1]) << 8U, 3);
     else if (left == 1)
-        appendDigits(bytes[0] << 16U, 2);
+        appendDigits(unsigned(bytes[0]) << 16U, 2);
     return std::move(result).take();
 }
 
