@@ -2,6 +2,7 @@
 
 #include "client/ConnectionCache.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstring>
@@ -32,14 +33,12 @@ std::string_view nameOfSignal(int signal)
 // What an answer says of a file: replies have no place for it but these.
 bool tellsOfEncryption(const Dictionary& answers)
 {
-    for (const auto& [name, answer] : answers) {
-        const auto* const reply = answer.as<Dictionary>();
-        if (reply
+    return std::any_of(answers.begin(), answers.end(), [](const Dictionary::Entry& entry) {
+        const auto* const reply = entry.value.as<Dictionary>();
+        return reply
             && (reply->find(u"Locked")
-                || reply->stringForKey(u"kMDItemSecurityMethod") == u"Password Encrypted"_s))
-            return true;
-    }
-    return false;
+                || reply->stringForKey(u"kMDItemSecurityMethod") == u"Password Encrypted"_s);
+    });
 }
 
 bool isEmpty(const Value& answer)

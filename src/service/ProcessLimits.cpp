@@ -1,6 +1,8 @@
 #include "service/ProcessLimits.h"
 
 #include "platform/base/Log.h"
+#include "platform/files/FileSystem.h"
+#include "platform/files/InstallRoots.h"
 #include "platform/ipc/RuntimeDirectory.h"
 #include "platform/sandbox/Sandbox.h"
 
@@ -74,7 +76,9 @@ void useScratchFolder(const String& name)
 void enterReaderProfile()
 {
     const char* const scratch = std::getenv("TMPDIR");
-    const Sandbox sandbox = Sandbox::forReader(scratch ? scratch : "");
+    const auto tool = fileSystemRepresentation(InstallRoots::real(u"/usr/bin/mdimport"_s)).value_or("");
+    const Sandbox sandbox
+        = Sandbox::forReader(scratch ? scratch : "", std::filesystem::path(tool).parent_path().string());
     if (!sandbox.enter())
         log(u"The reader's profile could not be entered");
     for (const std::string& line : sandbox.whatIsMissing())

@@ -88,5 +88,37 @@ TEST_F(HostileImporter, IsBoundedInWhatItGives)
         << "what would be somewhere twice, or in itself";
 }
 
+TEST_F(HostileImporter, CannotBurgleFromAReader)
+{
+    const PrivateRuntimeDirectory directory;
+    const String file = root.write("burglar.txt", "kept");
+    const auto deedsOf = [&](HelperProfile profile) {
+        const auto task = HelperTask::initWithPath(String::fromLatin1(CADDIS_BIN "/CaddisHelper"),
+            profile == HelperProfile::Reader ? u"Reader"_s : u"Base"_s, &OstraImExport, 10,
+            QualityOfService::Default);
+        task->setLaunch({ .profile = profile });
+        const auto proxy = task->proxy();
+        return proxy ? HelperProxy(*proxy).metaDataForFile(file).value_or(Dictionary()) : Dictionary();
+    };
+    const auto refused = [](const Dictionary& deeds, std::u16string_view deed) {
+        const Value* const error = deeds.find(deed);
+        return error && *error != Value(0);
+    };
+    const Dictionary deeds = deedsOf(HelperProfile::Reader);
+    for (const std::u16string_view deed : { u"write", u"overwrite", u"unlink", u"chmod", u"internet",
+             u"datagram", u"local", u"trace", u"namespace", u"shell writes" })
+        EXPECT_TRUE(refused(deeds, deed)) << String(deed).utf8();
+    for (const std::u16string_view deed : { u"scratch", u"shell" })
+        EXPECT_EQ(*deeds.find(deed), Value(0)) << String(deed).utf8();
+    EXPECT_EQ(std::filesystem::file_size(file.utf8()), 4U);
+    EXPECT_FALSE(std::filesystem::exists(file.utf8() + ".loot"));
+    EXPECT_FALSE(std::filesystem::exists(file.utf8() + ".shell"));
+    // The same plug-in without a sandbox: the deeds are real ones.
+    const Dictionary free = deedsOf(HelperProfile::Base);
+    for (const std::u16string_view deed : { u"write", u"unlink", u"internet", u"local", u"shell writes" })
+        EXPECT_FALSE(refused(free, deed)) << String(deed).utf8();
+    EXPECT_TRUE(std::filesystem::exists(file.utf8() + ".loot"));
+}
+
 } // namespace
 } // namespace caddis

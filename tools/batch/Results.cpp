@@ -191,7 +191,7 @@ Value Results::withDataInFiles(const Value& value, const std::string& name) cons
         for (const auto& [key, each] : *dictionary) {
             std::string part = key.utf8();
             std::ranges::replace(part, '/', '_');
-            result.set(key, withDataInFiles(each, name + '.' + part));
+            result.set(key, withDataInFiles(each, std::string(name).append(".").append(part)));
         }
         return result;
     }

@@ -77,24 +77,27 @@ int Sandbox::landlockVersion()
     return version > 0 ? static_cast<int>(version) : 0;
 }
 
-Sandbox Sandbox::forReader(const std::string& scratch) { return { scratch, For::Reader }; }
+Sandbox Sandbox::forReader(const std::string& scratch, const std::string& programs)
+{
+    return { scratch, programs, For::Reader };
+}
 
-Sandbox Sandbox::forChild(const std::string& scratch) { return { scratch, For::Child }; }
+Sandbox Sandbox::forChild(const std::string& scratch) { return { scratch, {}, For::Child }; }
 
-Sandbox::Sandbox(const std::string& scratch, For purpose)
+Sandbox::Sandbox(const std::string& scratch, const std::string& programs, For purpose)
     : m_filter(systemCallFilter())
     , m_for(purpose)
 {
     const int version = landlockVersion();
     if (version > 0)
-        addRules(scratch, version);
+        addRules(scratch, programs, version);
     if (!m_rules.isOpen())
         m_missing.emplace_back("This kernel has no Landlock: what may be written and started is not limited");
     if (prctl(PR_GET_SECCOMP, 0, 0, 0, 0) < 0)
         m_missing.emplace_back("This kernel can't filter system calls: the network is not closed");
 }
 
-void Sandbox::addRules(const std::string& scratch, int version)
+void Sandbox::addRules(const std::string& scratch, const std::string& programs, int version)
 {
     const Ruleset ruleset = rulesetOf(version);
     m_rules = Descriptor(
@@ -102,12 +105,12 @@ void Sandbox::addRules(const std::string& scratch, int version)
     if (!m_rules.isOpen())
         return;
     allow(m_rules, "/", Reading);
-    for (const char* const folder : ProgramFolders)
-        allow(m_rules, folder, Reading | LANDLOCK_ACCESS_FS_EXECUTE);
     std::error_code error;
     const auto own = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-    if (!own.empty())
-        allow(m_rules, own.string(), Reading | LANDLOCK_ACCESS_FS_EXECUTE);
+    std::vector<std::string> folders { own.string(), programs };
+    folders.insert(folders.end(), std::begin(ProgramFolders), std::end(ProgramFolders));
+    for (const std::string& folder : folders)
+        allow(m_rules, folder, Reading | LANDLOCK_ACCESS_FS_EXECUTE);
     const std::uint64_t anyFile = (Truncate | DeviceControl) & ruleset.files;
     allow(m_rules, "/dev/null", LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_WRITE_FILE | anyFile);
     if (!scratch.empty())

@@ -22,7 +22,8 @@ namespace caddis {
 class Sandbox {
 public:
     /// For this process: one without threads yet. `scratch` may be empty: then nothing can be written.
-    static Sandbox forReader(const std::string& scratch);
+    /// Programs in the folder `programs` may be started too.
+    static Sandbox forReader(const std::string& scratch, const std::string& programs = {});
     /// For a program that is about to be started, in its child process between fork and exec.
     static Sandbox forChild(const std::string& scratch);
 
@@ -38,8 +39,8 @@ public:
 private:
     enum class For { Reader, Child };
 
-    Sandbox(const std::string& scratch, For purpose);
-    void addRules(const std::string& scratch, int version);
+    Sandbox(const std::string& scratch, const std::string& programs, For purpose);
+    void addRules(const std::string& scratch, const std::string& programs, int version);
 
     Descriptor m_rules;
     std::vector<sock_filter> m_filter;

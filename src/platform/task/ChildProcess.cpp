@@ -1,6 +1,7 @@
 #include "platform/task/ChildProcess.h"
 
 #include "platform/base/Descriptor.h"
+#include "platform/sandbox/Sandbox.h"
 
 #include <algorithm>
 #include <array>
@@ -47,6 +48,7 @@ struct Start {
     int output;
     int errors;
     pid_t parent;
+    const Sandbox* sandbox; // null: not confined
 };
 
 void limit(__rlimit_resource resource, rlim_t most)
@@ -79,12 +81,15 @@ void apply(const ChildLimits& limits)
     dup2(start.input, STDIN_FILENO);
     dup2(start.output, STDOUT_FILENO);
     dup2(start.errors, STDERR_FILENO);
-    if (start.command.limits) {
-        syscall(SYS_close_range, FirstClosedDescriptor, ~0U, 0);
+    if (chdir(start.command.folder.c_str()) != 0)
+        _exit(CannotExecute);
+    if (start.command.limits)
         apply(*start.command.limits);
-    }
-    if (chdir(start.command.folder.c_str()) == 0)
-        execve(start.arguments[0], start.arguments, start.environment);
+    if (start.sandbox && !start.sandbox->enter())
+        _exit(CannotExecute);
+    if (start.command.limits)
+        syscall(SYS_close_range, FirstClosedDescriptor, ~0U, 0);
+    execve(start.arguments[0], start.arguments, start.environment);
     _exit(CannotExecute);
 }
 
@@ -116,9 +121,11 @@ public:
         const Descriptor nothing(open("/dev/null", O_RDONLY | O_CLOEXEC));
         if (!m_output.open() || !m_errors.open() || (!m_command.input.empty() && !m_input.open()))
             return false;
+        const bool isConfined = m_command.limits && m_command.limits->confined;
+        const auto sandbox = isConfined ? std::optional(Sandbox::forChild(m_command.folder)) : std::nullopt;
         const Start start { arguments.data(), m_command.environment ? environment.data() : environ, m_command,
             m_command.input.empty() ? nothing.number() : m_input.reader.number(), m_output.writer.number(),
-            m_errors.writer.number(), getpid() };
+            m_errors.writer.number(), getpid(), sandbox ? &*sandbox : nullptr };
         m_process = fork();
         if (m_process == 0)
             becomeProgram(start);

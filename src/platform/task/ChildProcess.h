@@ -12,6 +12,9 @@ struct ChildLimits {
     std::chrono::seconds processorTime { 10 };
     std::size_t memory = 2ULL << 30; ///< bytes of address space
     std::size_t fileSize = 256ULL << 20; ///< bytes of one written file
+    /// Writes only below its folder and opens no socket: see Sandbox.h. Not for a program that makes a
+    /// sandbox of its own out of namespaces.
+    bool confined = true;
 };
 
 /// What a program is run with.
@@ -22,8 +25,8 @@ struct ChildCommand {
     std::optional<std::vector<std::string>> environment {}; ///< "NAME=value" each; nil: this process's own
     std::chrono::milliseconds deadline { 60'000 };
     std::size_t mostOutput = 64 << 20; ///< bytes of standard output and standard error together
-    /// Nil: the program is trusted. Otherwise it gets no descriptor but its three streams, can't gain
-    /// privileges, and whatever it started is killed when it ends.
+    /// Nil: the program is trusted. Otherwise it gets no descriptor but its three streams, can write only
+    /// below `folder`, opens no socket (see Sandbox.h), and whatever it started is killed when it ends.
     std::optional<ChildLimits> limits {};
 };
 

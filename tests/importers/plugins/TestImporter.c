@@ -1,12 +1,18 @@
 /* One importer with the behaviours that the tests ask for, one factory each. It counts references as the
  * platform's samples do, and shows its count in the attributes. */
+#define _GNU_SOURCE
 #include "caddis_importer.h"
 
+#include <errno.h>
 #include <fcntl.h>
+#include <sched.h>
 #include <signal.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/ptrace.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 struct Object {
@@ -107,6 +113,36 @@ static void describe(CaddisValue* attributes, const char* path)
         host->append_text(attributes, "found", 5);
 }
 
+static void note(CaddisValue* attributes, const char* deed, int succeeded)
+{
+    host->set_integer(attributes, deed, succeeded ? 0 : errno);
+}
+
+/* What somebody would do who had taken this process over: 0 where it succeeds, else the error. */
+static void burgle(CaddisValue* attributes, const char* path)
+{
+    char loot[4096];
+    const char* scratch = getenv("TMPDIR");
+    snprintf(loot, sizeof loot, "%s.loot", path);
+    note(attributes, "write", open(loot, O_WRONLY | O_CREAT, 0600) >= 0);
+    note(attributes, "overwrite", open(path, O_WRONLY) >= 0);
+    note(attributes, "unlink", unlink(path) == 0);
+    note(attributes, "chmod", chmod(path, 0777) == 0);
+    note(attributes, "internet", socket(AF_INET, SOCK_STREAM, 0) >= 0);
+    note(attributes, "datagram", socket(AF_INET6, SOCK_DGRAM, 0) >= 0);
+    note(attributes, "local", socket(AF_UNIX, SOCK_STREAM, 0) >= 0);
+    note(attributes, "trace", ptrace(PTRACE_PEEKDATA, getppid(), 0, 0) != -1);
+    note(attributes, "kill", kill(getppid(), 0) == 0);
+    note(attributes, "namespace", unshare(CLONE_NEWUSER) == 0);
+    snprintf(loot, sizeof loot, "%s/own", scratch ? scratch : "");
+    note(attributes, "scratch", open(loot, O_WRONLY | O_CREAT, 0600) >= 0);
+    errno = EPERM;
+    note(attributes, "shell", system("true > /dev/null") == 0);
+    snprintf(loot, sizeof loot, "echo x > '%s.shell'", path);
+    errno = EPERM;
+    note(attributes, "shell writes", system(loot) == 0);
+}
+
 static void misbehave(CaddisValue* attributes, const char* path)
 {
     static char text[1 << 16];
@@ -123,6 +159,8 @@ static void misbehave(CaddisValue* attributes, const char* path)
         fork();
     if (strstr(path, "leak"))
         leak(attributes, path);
+    if (strstr(path, "burglar"))
+        burgle(attributes, path);
     if (strstr(path, "flood")) {
         memset(text, 'x', sizeof text);
         while (!host->should_stop())

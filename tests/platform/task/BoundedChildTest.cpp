@@ -51,6 +51,21 @@ TEST(BoundedChild, WorksInAFolderOfItsOwnThatGoesWithIt)
     EXPECT_FALSE(FileSystem::exists(folder));
 }
 
+TEST(BoundedChild, WritesNowhereElseAndOpensNoSocket)
+{
+    const TemporaryFolder outside;
+    const std::string file = outside.write("a", "kept").utf8();
+    const ScratchFolder scratch;
+    for (const std::string& deed : { "echo x > " + file, "rm " + file, "chmod 777 " + file,
+             "mkdir " + file + ".d", std::string("cp -p /bin/true own; ./own") })
+        EXPECT_FALSE(shell(deed, scratch).succeeded()) << deed;
+    EXPECT_EQ(std::filesystem::file_size(file), 4U);
+    EXPECT_FALSE(std::filesystem::exists(file + ".d"));
+    const auto network = runBounded(
+        { "/usr/bin/python3", "-c", "import socket; socket.create_connection(('127.0.0.1', 9))" }, scratch);
+    EXPECT_NE(network.errorOutput.find("Operation not permitted"), std::string::npos) << network.errorOutput;
+}
+
 TEST(BoundedChild, SeesNeitherDescriptorsNorVariablesOfItsParent)
 {
     const ScratchFolder scratch;
