@@ -68,6 +68,8 @@ const std::map<std::string, Setter, std::less<>>& valueOptions()
             [](BatchOptions& o, const std::string& v) { return readNumber(v, o.size, 1U, 10'000U); } },
         { "--deliveries",
             [](BatchOptions& o, const std::string& v) { return readNumber(v, o.deliveries, 1U, 1000U); } },
+        { "--patience",
+            [](BatchOptions& o, const std::string& v) { return readNumber(v, o.patience, 1U, 86'400U); } },
         { "--out", out },
         { "-o", out },
         { "--failures", text(&BatchOptions::failures) },

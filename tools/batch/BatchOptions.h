@@ -24,6 +24,7 @@ struct BatchOptions {
     std::string server = "nats://127.0.0.1:4222"; ///< --nats
     std::string queue = "caddis"; ///< --queue
     unsigned deliveries = 3; ///< --deliveries before a job is put aside
+    unsigned patience = 30; ///< --patience, seconds without a word of a job before another worker gets it
     bool drain = false; ///< --drain: end when the queue is empty
     std::vector<std::string> arguments;
 };

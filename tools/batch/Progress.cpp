@@ -47,8 +47,12 @@ Progress::Progress(bool wanted)
         m_thread = std::thread([this] { show(); });
 }
 
-Progress::~Progress()
+Progress::~Progress() { end(); }
+
+void Progress::end()
 {
+    if (m_seconds == 0)
+        m_seconds = seconds();
     if (!isShown())
         return;
     {
@@ -69,6 +73,8 @@ std::uint64_t Progress::count() const
 
 double Progress::seconds() const
 {
+    if (m_seconds > 0)
+        return m_seconds;
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
 }
 

@@ -20,6 +20,9 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
+    /// Shows nothing more and stops the clock.
+    void end();
+
     void note(HelperOutcome outcome) { ++m_counts.at(static_cast<std::size_t>(outcome)); }
     /// How many there will be, once that is known.
     void expect(std::uint64_t total) { m_total = total; }
@@ -41,6 +44,7 @@ private:
     std::mutex m_lock;
     std::condition_variable m_wake;
     bool m_isEnding = false;
+    double m_seconds = 0; // once it has ended
     std::thread m_thread;
 };
 

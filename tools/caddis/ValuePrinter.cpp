@@ -67,8 +67,6 @@ std::string joined(const Items& items, std::string_view separator, ToText toText
     return result;
 }
 
-std::string shown(const Value& value);
-
 std::string shownText(const String& text)
 {
     std::string line = text.substringTo(std::min(text.length(), LongestShownText)).utf8();
@@ -76,6 +74,8 @@ std::string shownText(const String& text)
         line, [](char byte) { return static_cast<unsigned char>(byte) < 0x20; }, ' ');
     return text.length() > LongestShownText ? line + "… (" + number(text.length()) + " units)" : line;
 }
+
+} // namespace
 
 std::string shown(const Value& value)
 {
@@ -96,8 +96,6 @@ std::string shown(const Value& value)
                       },
         value.variant());
 }
-
-} // namespace
 
 std::string json(const Value& value)
 {

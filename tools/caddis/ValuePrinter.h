@@ -11,6 +11,9 @@ namespace caddis::tool {
 /// numbers that JSON has no form for (infinities) are null.
 std::string json(const Value& value);
 
+/// A value as people read it, on one line.
+std::string shown(const Value& value);
+
 /// One line per key, keys aligned and in the dictionary's order: "  kMDItemTitle   Moby-Dick". Arrays are
 /// joined with
 /// "; ", long texts are cut and followed by their length, data is only counted.

@@ -12,9 +12,11 @@
 #include "PDFCommands.h"
 #include "PictureCommands.h"
 #include "Quiet.h"
+#include "ReportCommand.h"
 #include "RichTextCommands.h"
 #include "ScriptCommands.h"
 #include "WebCommands.h"
+#include "WorkerCommands.h"
 #include "client/OstraImExport.h"
 
 #include <algorithm>
@@ -49,6 +51,22 @@ constexpr char BatchOptionsText[]
       "Exit status: 0 every file was answered for, 1 some with nothing, 2 wrong usage or output, 3 some "
       "harmed a\n"
       "helper or there was none, 130 interrupted.\n";
+
+constexpr char ReportOptionsText[]
+    = "  -o FILE        the page; it needs nothing beside itself (standard output)\n"
+      "  --size N       longer side of pictures in pixels (256)\n"
+      "  --jobs, --timeout, --memory, --largest, --failures, --log, --no-sandbox, --quiet: as for batch\n";
+
+constexpr char WorkerOptionsText[]
+    = "  --nats URL     the server (nats://127.0.0.1:4222)\n"
+      "  --queue NAME   of streams NAME and NAME_dead (caddis)\n"
+      "  --op OP        of enqueue: see batch\n"
+      "  --out FOLDER   of a worker: where records go, a file each\n"
+      "  --drain        of a worker: end when the queue is empty\n"
+      "  --deliveries N of a worker: a job that N workers could not finish is put aside (3)\n"
+      "  --patience S   of workers: seconds without a word of a job before another worker gets it (30)\n"
+      "  --jobs, --timeout, --memory, --largest, --size, --failures, --log, --no-sandbox, --quiet: as for "
+      "batch\n";
 
 constexpr Command table[] = {
     { "info", "FILE…", "what is known of files: title, authors and so on",
@@ -146,6 +164,12 @@ constexpr Command table[] = {
         "  12,345 files in 16.2 s (762/s): 12,340 ok, 4 unsupported, 1 crashed\n"
         "  $ find / -name '*.pdf' | caddis batch --op text --resume --out texts/ -\n",
         1, batch, BatchOptionsText },
+    { "report", "FOLDER", "one page with pictures, titles and texts of all files in a folder",
+        "  $ caddis report ~/Books -o books.html\n", 1, report, ReportOptionsText },
+    { "enqueue", "FILE|FOLDER|-…", "jobs for workers, into a queue on a NATS server",
+        "  $ caddis enqueue --nats nats://queue:4222 --op text /archive\n", 1, enqueue, WorkerOptionsText },
+    { "worker", "", "does jobs out of that queue, on as many machines as there are",
+        "  $ caddis worker --nats nats://queue:4222 --out /results\n", 0, worker, WorkerOptionsText },
     { "ping", "", "whether the helper answers, and how fast",
         "  $ caddis ping\n"
         "  the helper answered in 0.041 ms\n",
