@@ -90,7 +90,6 @@ TEST_F(HostileImporter, IsBoundedInWhatItGives)
 
 TEST_F(HostileImporter, CannotBurgleFromAReader)
 {
-    const PrivateRuntimeDirectory directory;
     const String file = root.write("burglar.txt", "kept");
     const auto deedsOf = [&](HelperProfile profile) {
         const auto task = HelperTask::initWithPath(String::fromLatin1(CADDIS_BIN "/CaddisHelper"),
