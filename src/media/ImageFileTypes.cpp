@@ -68,6 +68,14 @@ constexpr Signature signatures[] = {
     { "Photoshop", u"psd" },
 };
 
+// What the image module reads, by its usual extensions.
+constexpr const char16_t* readable[] = { u"pdf", u"jpeg", u"jpg", u"jfif", u"jif", u"mpo", u"png", u"apng",
+    u"gif", u"tiff", u"tif", u"webp", u"heic", u"heif", u"hif", u"avif", u"jp2", u"jpf", u"jpx", u"j2k",
+    u"j2c", u"jxl", u"svg", u"bmp", u"dib", u"ico", u"cur", u"icns", u"psd", u"psb", u"tga", u"pnm", u"pbm",
+    u"pgm", u"ppm", u"pam", u"pfm", u"pict", u"pct", u"pic", u"pcx", u"dcx", u"sgi", u"rgb", u"bw", u"dds",
+    u"exr", u"hdr", u"ras", u"sun", u"fits", u"xcf", u"dpx", u"wpg", u"xbm", u"xpm", u"jng", u"dng", u"cr2",
+    u"crw", u"nef", u"arw", u"pef", u"orf", u"rw2", u"raf", u"mrw", u"srw", u"3fr", u"erf" };
+
 constexpr std::size_t SearchedBytes = 1024;
 
 bool isOneOf(std::u16string_view extension, std::initializer_list<std::u16string_view> wanted)
@@ -124,6 +132,37 @@ std::optional<String> pathExtensionForType(const String& type)
         return type;
     return extensionForSubtype(text.substr(slash + 1));
 }
+
+const std::vector<String>& ImageFileTypes()
+{
+    static const std::vector<String> types = [] {
+        std::vector<String> all;
+        for (const char16_t* extension : readable) {
+            std::u16string upper(extension);
+            for (char16_t& unit : upper)
+                unit = unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 32) : unit;
+            all.emplace_back(extension);
+            all.emplace_back(upper);
+        }
+        for (const char16_t* extension : { u"jpe", u"JPE", u"ps", u"PS", u"eps", u"EPS", u"ai", u"AI" })
+            all.emplace_back(extension);
+        return all;
+    }();
+    return types;
+}
+
+bool isImageExtension(const String& extension, const String& type)
+{
+    const auto& types = ImageFileTypes();
+    const auto isKnown = [&](const String& wanted) {
+        return std::any_of(
+            types.begin(), types.end(), [&](const String& one) { return isEqualNoCase(one, wanted); });
+    };
+    const auto extensionOfType = type.length() == 6 ? pathExtensionForType(type) : std::nullopt;
+    return isKnown(extension) || (extensionOfType && isKnown(*extensionOfType));
+}
+
+bool isImageFile(const String& path) { return isImageExtension(pathExtension(path), HFSTypeOfFile(path)); }
 
 // Kept on purpose: a signature may stand anywhere, and the first of the list counts, not the one nearest the
 // start.

@@ -22,6 +22,13 @@ inline namespace NSImageOstraExtensions {
 /// subtype. Same: any other text without exactly one slash.
 std::optional<String> pathExtensionForType(const String& type);
 
+/// The extensions of pictures that can be read, in lower and upper case, and "jpe", "ps", "eps", "ai" in
+/// both.
+const std::vector<String>& ImageFileTypes();
+/// By extension, whatever its case, or by HFS type.
+bool isImageExtension(const String& extension, const String& type);
+bool isImageFile(const String& path);
+
 /// The extension by the first signature of a list that stands anywhere in the first 1024 bytes.
 std::optional<String> pathExtensionForData(const Data& data);
 

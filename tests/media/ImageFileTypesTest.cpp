@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace caddis {
 namespace {
 
@@ -72,6 +74,18 @@ TEST(ImageFileTypes, NamesTellKindsApart)
     EXPECT_TRUE(isWebImageExtension(u"JPE"_s) && !isWebImageExtension(u"tiff"_s));
     EXPECT_TRUE(
         isPDFBundle(u"/a.PDFD"_s) && isPDFBundleExtension(u"lpdf"_s) && !isSkimPDFBundle(u"/a.lpdf"_s));
+}
+
+TEST(ImageFileTypes, PicturesAreKnownByExtensionOrType)
+{
+    EXPECT_TRUE(
+        isImageExtension(u"Jpg"_s, {}) && isImageExtension(u"eps"_s, {}) && isImageFile(u"/a/b.HEIC"_s));
+    EXPECT_TRUE(isImageExtension({}, u"'PICT'"_s) && isImageExtension(u"dat"_s, u"'8BPS'"_s));
+    EXPECT_FALSE(
+        isImageExtension(u"txt"_s, {}) || isImageExtension({}, u"'TEXT'"_s) || isImageFile(u"/a/jpg"_s));
+    const auto& types = ImageFileTypes();
+    for (const char16_t* type : { u"jpe", u"JPE", u"ps", u"AI", u"png", u"PNG" })
+        EXPECT_EQ(std::count(types.begin(), types.end(), String(type)), 1);
 }
 
 TEST(ImageFileTypes, PDFBundlesLeadToTheirPDF)

@@ -159,6 +159,8 @@ TEST(ImageFiles, ComeBackAsTheyWere)
     EXPECT_EQ(reread(TIFFRepresentation(bitmap)), "32x16 rbgw");
     EXPECT_EQ(reread(PNGRepresentation(bitmap)), "32x16 rbgw");
     EXPECT_EQ(reread(JPEGRepresentation(bitmap)), "32x16 rbgw");
+    EXPECT_EQ(reread(representationOfBitmap(bitmap, BitmapImageFileType::GIF, 1)), "32x16 rbgw");
+    EXPECT_EQ(reread(representationOfBitmap(bitmap, BitmapImageFileType::BMP, 1)), "32x16 rbgw");
     GraphicsContext half(4, 4);
     half.fill({ 0, 0, 4, 2 }, Color { 0, 0, 255, 200 });
     const Bitmap clear = half.take();

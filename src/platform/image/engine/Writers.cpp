@@ -26,6 +26,7 @@ std::optional<Data> writeImage(const Bitmap& bitmap, const WriteRequest& request
     case BitmapImageFileType::PNG:
         return writePNG(bitmap, request);
     case BitmapImageFileType::GIF:
+        return writeGIF(bitmap, request);
     case BitmapImageFileType::JPEG2000:
         return std::nullopt;
     }

@@ -18,6 +18,8 @@ WriteFile writePNG;
 WriteFile writeJPEG;
 /// Upon white, 24 bits a pixel.
 WriteFile writeBMP;
+/// Upon white, in 256 colours.
+WriteFile writeGIF;
 
 /// The row's colours, three bytes a pixel, as they show upon white.
 void opaqueRow(const Bitmap& bitmap, std::size_t y, std::uint8_t* out);
