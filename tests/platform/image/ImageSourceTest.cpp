@@ -87,8 +87,12 @@ TEST(ImageSource, AnEighthOfAProgressiveFileNeedsOnlyItsMeans)
                                  ->thumbnailAtIndex(0, { .maxPixelSize = 30 });
     ASSERT_TRUE(exact && progressive);
     EXPECT_TRUE(exact->pixels == progressive->pixels);
-    EXPECT_EQ(
-        seen(source(jpegFile(128, 64, quarters, { .isProgressive = true }))->imageAtIndex(0)), "128x64 rbgw");
+    const auto colours = source(jpegFile(128, 64, quarters, { .isProgressive = true }));
+    EXPECT_EQ(seen(colours->imageAtIndex(0)), "128x64 rbgw");
+    EXPECT_EQ(seen(colours->thumbnailAtIndex(0, { .maxPixelSize = 16 })), "16x8 rbgw");
+    EXPECT_EQ(seen(source(jpegFile(121, 57, quarters, { .isProgressive = true }))
+                       ->thumbnailAtIndex(0, { .maxPixelSize = 13 })),
+        "13x6 rbgw");
 }
 
 TEST(ImageSource, ColoursAreMultipliedByAlpha)

@@ -1,5 +1,5 @@
 #include "platform/image/engine/Exif.h"
-#include "platform/image/engine/JPEGSegments.h"
+#include "platform/image/engine/JPEGMeans.h"
 #include "platform/image/engine/Readers.h"
 
 #include <csetjmp>
@@ -21,60 +21,16 @@ void ignore(j_common_ptr) { }
 
 void ignoreMessage(j_common_ptr, int) { }
 
-const JOCTET endOfImage[] = { 0xFF, 0xD9 };
-
-// A source over parts of a file, as if they were the file; behind the last comes the end of the image.
-struct PartsSource : jpeg_source_mgr {
-    std::vector<std::string_view> parts;
-    std::size_t next = 0;
-
-    explicit PartsSource(std::vector<std::string_view> all)
-        : jpeg_source_mgr {}
-        , parts(std::move(all))
-    {
-        init_source = [](j_decompress_ptr) {};
-        fill_input_buffer = [](j_decompress_ptr codec) { return of(codec).fill(); };
-        skip_input_data = [](j_decompress_ptr codec, long count) { of(codec).skip(count); };
-        resync_to_restart = jpeg_resync_to_restart;
-        term_source = [](j_decompress_ptr) {};
-    }
-    static PartsSource& of(j_decompress_ptr codec) { return *static_cast<PartsSource*>(codec->src); }
-
-    // A buffer that is handed over must not be empty: libjpeg takes a byte of it unasked.
-    boolean fill()
-    {
-        while (next < parts.size() && parts[next].empty())
-            ++next;
-        const bool isAtEnd = next >= parts.size();
-        next_input_byte = isAtEnd ? endOfImage : reinterpret_cast<const JOCTET*>(parts[next].data());
-        bytes_in_buffer = isAtEnd ? sizeof endOfImage : parts[next].size();
-        ++next;
-        return TRUE;
-    }
-    void skip(long count)
-    {
-        auto rest = static_cast<std::size_t>(std::max(count, 0L));
-        while (rest > bytes_in_buffer && next < parts.size()) {
-            rest -= bytes_in_buffer;
-            fill();
-        }
-        const std::size_t some = std::min(rest, bytes_in_buffer);
-        next_input_byte += some;
-        bytes_in_buffer -= some;
-    }
-};
-
 class Decompressor {
 public:
-    explicit Decompressor(std::vector<std::string_view> parts)
-        : m_source(std::move(parts))
+    explicit Decompressor(const Data& data)
     {
         codec.err = jpeg_std_error(&m_errors);
         m_errors.error_exit = fail;
         m_errors.output_message = ignore;
         m_errors.emit_message = ignoreMessage;
         jpeg_create_decompress(&codec);
-        codec.src = &m_source;
+        jpeg_mem_src(&codec, data.bytes(), data.size());
         codec.mem->max_memory_to_use = limits::MostBytesInMemory;
         m_progress.progress_monitor = watch;
         codec.progress = &m_progress;
@@ -98,7 +54,6 @@ private:
 
     jpeg_error_mgr m_errors {};
     jpeg_progress_mgr m_progress {};
-    PartsSource m_source;
     std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
 };
 
@@ -118,7 +73,7 @@ public:
 
     std::optional<ImageInfo> info(std::size_t) override
     {
-        Decompressor decompressor({ m_data.chars() });
+        Decompressor decompressor(m_data);
         auto& codec = decompressor.codec;
         jpeg_read_header(&codec, TRUE);
         ImageInfo info;
@@ -155,17 +110,6 @@ private:
         return std::any_of(m_segments.begin(), m_segments.end(),
             [](const JPEGSegment& segment) { return segment.marker == 0xC2; });
     }
-    // The whole file, or what of it shows at an eighth of the size.
-    std::vector<std::string_view> parts(bool isEighth) const
-    {
-        const Bytes bytes(m_data);
-        if (!isEighth || !isProgressive() || m_segments.back().marker != 0xDA)
-            return { m_data.chars() };
-        const std::size_t firstScan = m_segments.back().place;
-        auto scans = scansOfMeans(bytes, firstScan);
-        scans.insert(scans.begin(), bytes.run(0, firstScan));
-        return scans;
-    }
 
     Data m_data;
     std::vector<JPEGSegment> m_segments;
@@ -193,7 +137,9 @@ void invert(std::vector<JSAMPLE>& row)
 void JPEGReader::decode(std::size_t index, Target target, RowSink& sink)
 {
     const unsigned divisor = divisorFor(*info(index), target);
-    Decompressor decompressor(parts(divisor == 8));
+    if (divisor == 8 && isProgressive() && handMeansOfJPEG(Bytes(m_data), sink))
+        return;
+    Decompressor decompressor(m_data);
     auto& codec = decompressor.codec;
     jpeg_read_header(&codec, TRUE);
     codec.scale_num = 1;
@@ -234,7 +180,7 @@ std::optional<Data> JPEGReader::profile(std::size_t)
 
 Dictionary JPEGReader::properties(std::size_t)
 {
-    Decompressor decompressor({ m_data.chars() });
+    Decompressor decompressor(m_data);
     auto& codec = decompressor.codec;
     jpeg_read_header(&codec, TRUE);
     if (!codec.saw_JFIF_marker)

@@ -11,7 +11,8 @@ constexpr std::uint8_t EndOfImage = 0xD9;
 
 bool standsAlone(std::uint32_t marker) { return (marker >= 0xD0 && marker <= 0xD9) || marker == 0x01; }
 
-// The next marker at or behind `place`; its place is the file's end when there is none.
+} // namespace
+
 JPEGSegment segmentAt(const Bytes& bytes, std::size_t place)
 {
     while (place < bytes.size() && (bytes.u8(place) != 0xFF || bytes.u8(place + 1) == 0xFF))
@@ -22,7 +23,6 @@ JPEGSegment segmentAt(const Bytes& bytes, std::size_t place)
         std::min(place + 2 + length, bytes.size()) };
 }
 
-// Where the entropy-coded data from `place` on ends: at a marker that is no restart.
 std::size_t endOfScan(const Bytes& bytes, std::size_t place)
 {
     while (place < bytes.size()) {
@@ -38,14 +38,6 @@ std::size_t endOfScan(const Bytes& bytes, std::size_t place)
     return bytes.size();
 }
 
-// Scan header: the count of components, two bytes each, then the first coefficient of the scan.
-bool saysMeans(const Bytes& bytes, const JPEGSegment& scan)
-{
-    return bytes.u8(scan.place + 5 + std::size_t { bytes.u8(scan.place + 4) } * 2) == 0;
-}
-
-} // namespace
-
 std::vector<JPEGSegment> segmentsOfHeader(const Bytes& bytes)
 {
     std::vector<JPEGSegment> segments;
@@ -56,21 +48,6 @@ std::vector<JPEGSegment> segmentsOfHeader(const Bytes& bytes)
         place = segments.back().end;
     }
     return segments;
-}
-
-std::vector<std::string_view> scansOfMeans(const Bytes& bytes, std::size_t firstScan)
-{
-    std::vector<std::string_view> kept;
-    for (std::size_t place = firstScan; place + 1 < bytes.size();) {
-        const JPEGSegment segment = segmentAt(bytes, place);
-        if (segment.marker == EndOfImage)
-            break;
-        const bool isScan = segment.marker == StartOfScan;
-        place = isScan ? endOfScan(bytes, segment.end) : segment.end;
-        if (!isScan || saysMeans(bytes, segment))
-            kept.push_back(bytes.run(segment.place, place - segment.place));
-    }
-    return kept;
 }
 
 } // namespace caddis::image

@@ -19,8 +19,9 @@ struct JPEGSegment {
 /// The segments before the first scan.
 std::vector<JPEGSegment> segmentsOfHeader(const Bytes& bytes);
 
-/// A progressive file without the scans that only say how the 8×8 blocks look inside: what is left, from the
-/// first scan on, gives each block's mean, which is all that a picture an eighth as large shows.
-std::vector<std::string_view> scansOfMeans(const Bytes& bytes, std::size_t firstScan);
+/// The next segment at or behind `place`; its place is the file's end when there is none.
+JPEGSegment segmentAt(const Bytes& bytes, std::size_t place);
+/// Where the entropy-coded data from `place` on ends: at a marker that is no restart.
+std::size_t endOfScan(const Bytes& bytes, std::size_t place);
 
 } // namespace caddis::image
