@@ -27,7 +27,7 @@ int printText(const caddis::PDFDocument& document)
 int printFirstPage(const caddis::PDFDocument& document, std::uint32_t height)
 {
     const auto page = document.pageAtIndex(0);
-    const caddis::Rect box = page->boundsForBox(caddis::PDFDisplayBox::Crop);
+    const caddis::Size box = page->shownSize();
     const auto width = static_cast<std::uint32_t>(std::lround(height * box.width / box.height));
     const auto raster = page->raster({ .pixelsWide = width, .pixelsHigh = height });
     if (!raster)
