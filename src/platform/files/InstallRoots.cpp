@@ -66,12 +66,15 @@ struct Place {
     String (*real)();
 };
 
-std::array<Place, 7> places()
+std::array<Place, 9> places()
 {
     return { {
         { u"/System/Library/Spotlight"_s,
             [] { return stringByAppendingPathComponent(libraryFolder(), u"Spotlight"); } },
         { u"/Library/Spotlight"_s, [] { return u"/usr/local/lib/caddis/Spotlight"_s; } },
+        { u"/System/Library/Filters"_s,
+            [] { return stringByAppendingPathComponent(libraryFolder(), u"Filters"); } },
+        { u"/Library/Filters"_s, [] { return u"/usr/local/lib/caddis/Filters"_s; } },
         { userLibraryDirectory(), [] { return stringByAppendingPathComponent(userData(), u"Library"); } },
         { stringByAppendingPathComponent(home(), u"Applications"),
             [] { return stringByAppendingPathComponent(userData(), u"Applications"); } },

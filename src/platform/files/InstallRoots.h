@@ -7,6 +7,8 @@
 ///     logical                           real
 ///     /System/Library/Spotlight         ../lib/caddis/Spotlight from the program's folder, else ../../lib
 ///     /Library/Spotlight                /usr/local/lib/caddis/Spotlight
+///     /System/Library/Filters           Filters beside that one
+///     /Library/Filters                  /usr/local/lib/caddis/Filters
 ///     HOME/Library                      $XDG_DATA_HOME/caddis/Library
 ///     HOME/Applications                 $XDG_DATA_HOME/caddis/Applications
 ///     /Applications                     ../lib/caddis/Applications from the program's folder

@@ -34,6 +34,12 @@ std::optional<Data> PDFDocument::dataRepresentationWithPasswords(const PDFPasswo
     return source ? source->dataWithPasswords(passwords) : std::nullopt;
 }
 
+std::optional<Data> PDFDocument::dataRepresentationWithImages(const PDFImageSettings& settings) const
+{
+    const auto source = m_document->source();
+    return source ? source->dataWithImages(settings) : std::nullopt;
+}
+
 std::unique_ptr<PDFPage> PDFDocument::pageAtIndex(std::size_t index) const
 {
     if (index >= pageCount())

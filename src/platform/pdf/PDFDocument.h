@@ -39,6 +39,8 @@ public:
     Data dataRepresentation() const { return m_data; }
     /// The document encrypted for these passwords (AES-256). Nil when it can't be written.
     std::optional<Data> dataRepresentationWithPasswords(const PDFPasswords& passwords) const;
+    /// The document with its pictures made smaller. Nil when it can't be written.
+    std::optional<Data> dataRepresentationWithImages(const PDFImageSettings& settings) const;
 
 protected:
     struct Opened {

@@ -21,6 +21,7 @@ public:
     virtual bool isForOwnerOnly() const = 0;
     virtual std::optional<Data> dataOfPage(std::size_t page) const = 0;
     virtual std::optional<Data> dataWithPasswords(const PDFPasswords& passwords) const = 0;
+    virtual std::optional<Data> dataWithImages(const PDFImageSettings& settings) const = 0;
 };
 
 class Document {

@@ -10,10 +10,4 @@ std::optional<PDFImageRep> PDFImageRep::imageRepWithData(const Data& data)
     return PDFImageRep(std::move(document));
 }
 
-Size PDFImageRep::size() const
-{
-    const Size box = m_page->boundsForBox(PDFDisplayBox::Crop).size();
-    return m_page->rotation() % 180 == 0 ? box : Size { box.height, box.width };
-}
-
 } // namespace caddis

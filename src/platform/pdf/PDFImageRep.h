@@ -13,7 +13,7 @@ public:
     /// The document that the picture was made of.
     Data PDFRepresentation() const { return m_document->dataRepresentation(); }
     /// Points; of the page as it is shown.
-    Size size() const;
+    Size size() const { return m_page->shownSize(); }
     std::size_t pageCount() const { return m_document->pageCount(); }
     /// The picture, or the part `source` of it, in exactly so many pixels; nil as PDFPage::raster.
     std::optional<PDFRaster> raster(const PDFRasterRequest& request) const { return m_page->raster(request); }

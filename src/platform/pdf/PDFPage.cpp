@@ -28,6 +28,12 @@ Rect PDFPage::boundsForBox(PDFDisplayBox box) const { return m_document->bounds(
 
 int PDFPage::rotation() const { return m_document->rotation(m_index); }
 
+Size PDFPage::shownSize() const
+{
+    const Size box = boundsForBox(PDFDisplayBox::Crop).size();
+    return rotation() % 180 == 0 ? box : Size { box.height, box.width };
+}
+
 std::vector<PDFAnnotation> PDFPage::annotations() const { return m_document->annotations(m_index); }
 
 bool PDFPage::hasPageRef() const { return m_document->hasPage(m_index); }

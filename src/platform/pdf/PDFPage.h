@@ -31,7 +31,7 @@ public:
     /// the deadline, the text until there is the result.
     virtual std::optional<String> string(PDFDeadline deadline = {}) const;
 
-    /// The same text with the styles that it is set in; slower than `string`.
+    /// The same text with the styles that it is set in.
     virtual std::optional<PDFStyledText> styledString(PDFDeadline deadline = {}) const;
 
     /// The number printed on the page as the document defines it ("iv", "A-3"), else its place, counted
@@ -40,6 +40,8 @@ public:
     Rect boundsForBox(PDFDisplayBox box) const;
     /// 0, 90, 180 or 270 degrees clockwise.
     int rotation() const;
+    /// How large the crop box is as the page is shown, turned.
+    Size shownSize() const;
     std::vector<PDFAnnotation> annotations() const;
     /// "PDFPage, label 4": also makes sure that the page is loaded.
     virtual String description() const;

@@ -69,6 +69,16 @@ struct PDFPasswords {
     String owner;
 };
 
+/// What the pictures of a document become when it is written.
+struct PDFImageSettings {
+    std::optional<double> quality; ///< as JPEG of this quality, 0 to 1; nil: without loss
+    double scale = 1; ///< of their sides; they never grow
+    double resolution = 0; ///< at most so many pixels an inch where they are drawn largest; 0: any
+    std::uint32_t largestSide = 0; ///< at most so many pixels on the longer side; 0: any
+    std::uint32_t smallestSide = 0; ///< with so many or fewer on it they are not scaled
+    bool interpolates = true; ///< pixels are averaged; else one of them stands for all
+};
+
 /// What part of a page is drawn, and into how many pixels.
 struct PDFRasterRequest {
     PDFDisplayBox box = PDFDisplayBox::Crop;

@@ -1,5 +1,7 @@
 #include "platform/pdf/writer/QpdfSource.h"
 
+#include "platform/pdf/writer/ImageFilter.h"
+
 namespace caddis::pdf {
 
 // QPDF throws for damage and for lack of memory alike; either way there is no document.
@@ -59,6 +61,16 @@ try {
 std::optional<Data> QpdfSource::dataWithPasswords(const PDFPasswords& passwords) const
 {
     return written(m_document, &passwords);
+}
+
+// The pictures of a document of its own: this one's stay as they are.
+std::optional<Data> QpdfSource::dataWithImages(const PDFImageSettings& settings) const
+try {
+    QpdfSource copy(m_data);
+    ImageFilter(settings).applyToAll(copy.m_document);
+    return written(copy.m_document);
+} catch (const std::exception&) {
+    return std::nullopt;
 }
 
 } // namespace caddis::pdf

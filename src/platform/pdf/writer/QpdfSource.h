@@ -18,6 +18,7 @@ public:
     bool isForOwnerOnly() const override;
     std::optional<Data> dataOfPage(std::size_t page) const override;
     std::optional<Data> dataWithPasswords(const PDFPasswords& passwords) const override;
+    std::optional<Data> dataWithImages(const PDFImageSettings& settings) const override;
 
     /// QPDF reads lazily, and says so by having no const functions.
     QPDF& qpdf() const { return m_document; }
