@@ -16,11 +16,18 @@
 namespace {
 
 using namespace caddis;
-using Clock = std::chrono::steady_clock;
 
-void spinUntil(Clock::time_point end)
+// By the thread's own time, so that other work on the machine takes from a budget what it takes from the
+// rest.
+void spinFor(std::chrono::nanoseconds time)
 {
-    while (Clock::now() < end) { }
+    const auto now = [] {
+        timespec stamp {};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &stamp);
+        return std::chrono::seconds(stamp.tv_sec) + std::chrono::nanoseconds(stamp.tv_nsec);
+    };
+    const auto end = now() + time;
+    while (now() < end) { }
 }
 
 struct WarmHelper {
@@ -57,7 +64,7 @@ void pingAndBudget(benchmark::State& state)
     const WarmHelper helper;
     for (auto _ : state) {
         helper.proxy.ping();
-        spinUntil(Clock::now() + std::chrono::microseconds(100));
+        spinFor(std::chrono::microseconds(100));
     }
 }
 
@@ -125,11 +132,10 @@ void parse(benchmark::State& state)
 
 void parseBudget(benchmark::State& state)
 {
-    constexpr double BytesPerSecond = 5e6;
-    const auto allowed = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(
-        static_cast<double>(sample(state.range(0)).utf8().size()) / BytesPerSecond));
+    constexpr std::int64_t NanosecondsPerByte = 200;
+    const auto bytes = static_cast<std::int64_t>(sample(state.range(0)).utf8().size());
     for (auto _ : state)
-        spinUntil(Clock::now() + allowed);
+        spinFor(std::chrono::nanoseconds(bytes * NanosecondsPerByte));
 }
 
 BENCHMARK(callCached)->Name("script/cached-call/caddis")->UseRealTime();

@@ -61,7 +61,7 @@ fs::path placeOfScript(CommandCall& call)
     const Symbol answer = replacing.is(Kind::Constant) ? replacing.asSymbol() : Symbol::Ask;
     if (!in.isSet())
         fail(ScriptErrorNumber::NoUserInteraction, String(u"No user interaction allowed."));
-    const fs::path path = requirePath(call.interpreter, call.interpreter.value(in)).utf8();
+    fs::path path = requirePath(call.interpreter, call.interpreter.value(in)).utf8();
     std::error_code ignored;
     if (fs::exists(path, ignored) && answer == Symbol::Ask)
         fail(ScriptErrorNumber::NoUserInteraction, String(u"No user interaction allowed."));
