@@ -16,6 +16,7 @@ std::optional<ScriptingDictionary> read(const std::string& contents)
 template <typename T> std::vector<String> names(const std::vector<T>& terms)
 {
     std::vector<String> result;
+    result.reserve(terms.size());
     for (const T& term : terms)
         result.push_back(term.name);
     return result;
