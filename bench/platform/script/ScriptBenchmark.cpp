@@ -42,7 +42,7 @@ struct WarmHelper {
     void call() const
     {
         proxy.executeFile(script, String(u"answer"),
-            ScriptParameter { "utxt"_code, Data::copyOf(std::string_view("\x21", 2)) });
+            ScriptParameter { "utxt"_code, EventDescriptor::withString(String(u"!")).data() });
     }
 
     PrivateRuntimeDirectory runtime;
