@@ -79,8 +79,7 @@ void Converter::enterBlock(Frame& frame, std::size_t index)
     const bool isList
         = frame.tag == Tag::Ul || frame.tag == Tag::Ol || frame.tag == Tag::Menu || frame.tag == Tag::Dir;
     const bool isLooseCell = frame.style->display == Keyword::TableCell && m_tables.empty();
-    const bool isPlainInList
-        = !m_lists.empty() && !isItem && !isList && frame.style->display == Keyword::Block;
+    const bool isPlainInList = isInList() && !isItem && !isList && frame.style->display == Keyword::Block;
     if (isPlainInList) {
         if (frame.item != NoFrame && m_builder.length() > m_frames[frame.item].start)
             endLineOnce();
@@ -165,7 +164,7 @@ void Converter::leaveBlock(const Frame& frame)
             flushParagraphs();
     } else if (display == Keyword::TableCell && m_tables.empty()) {
         appendUnits(u"\t");
-    } else if (isPlain && !m_lists.empty()) {
+    } else if (isPlain && isInList()) {
         endLineOnce();
     } else {
         const bool isEmpty = m_builder.length() <= frame.start;

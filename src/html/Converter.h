@@ -50,9 +50,9 @@ private:
         String outerLink;
     };
     struct OpenList {
-        std::uint32_t number;
         TextList list;
         std::int32_t nextItem;
+        std::optional<std::uint32_t> number; // None for a list without markers, which is only blocks.
     };
     struct OpenTable {
         std::uint32_t number;
@@ -96,6 +96,7 @@ private:
     void paragraphIndents(ParagraphStyle& style, const Frame& block) const;
 
     // Lists.
+    bool isInList() const { return !m_lists.empty() && m_lists.back().number; }
     void openList(Frame& frame);
     void openItem(Frame& frame, std::size_t index);
     void markItem();

@@ -39,13 +39,15 @@ void Converter::openList(Frame& frame)
         return;
     frame.opensList = true;
     TextList list { markerFormat(*frame.style), numberIn(attribute(frame, u"start"), 1) };
-    m_lists.push_back({ m_builder.addList(list), list, list.startingItemNumber });
+    m_lists.push_back({ list, list.startingItemNumber, std::nullopt });
+    if (frame.style->listStyle != Keyword::None || !frame.style->listMarker.empty())
+        m_lists.back().number = m_builder.addList(list);
 }
 
 void Converter::openItem(Frame& frame, std::size_t index)
 {
     frame.item = index;
-    frame.hasMarker = m_lists.empty() || frame.style->listStyle == Keyword::None;
+    frame.hasMarker = !isInList() || frame.style->listStyle == Keyword::None;
     if (m_lists.empty())
         return;
     OpenList& list = m_lists.back();

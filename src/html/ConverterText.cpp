@@ -208,8 +208,10 @@ ParagraphStyle Converter::paragraphStyle() const
     ParagraphStyle style;
     style.defaultTabInterval = TabInterval;
     style.cells = m_cells;
-    for (const OpenList& list : m_lists)
-        style.lists.push_back(list.number);
+    for (const OpenList& list : m_lists) {
+        if (list.number)
+            style.lists.push_back(*list.number);
+    }
     const std::size_t number = m_frames.back().block;
     if (number == NoFrame)
         return style;
@@ -237,9 +239,9 @@ void Converter::paragraphIndents(ParagraphStyle& style, const Frame& block) cons
             style.headerLevel
                 = static_cast<std::uint8_t>(static_cast<int>(block.tag) - static_cast<int>(Tag::H1) + 1);
     }
-    if (m_lists.empty())
+    if (style.lists.empty())
         return;
-    const double indent = ListIndent * static_cast<double>(m_lists.size());
+    const double indent = ListIndent * static_cast<double>(style.lists.size());
     style.headIndent += indent;
     style.tabStops = { { style.headIndent - MarkerWidth }, { style.headIndent } };
 }

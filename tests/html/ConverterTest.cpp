@@ -91,6 +91,8 @@ TEST(HTMLImport, ItemsOfListsHaveMarkers)
         textOf("<ol start=3><li>a<ul><li>b</ul>c<li value=9>d</ol>"), "\t3.\ta\n\t\u25E6\tb\nc\n\t9.\td\n");
     EXPECT_EQ(textOf("<ul style='list-style: none'><li>a</ul><ol type=a><li>b</ol>"), "a\n\ta.\tb\n");
     EXPECT_EQ(textOf("<ul><li><div>a</div><div>b</div></ul>"), "\t\u2022\ta|b\n");
+    EXPECT_TRUE(firstParagraph("<ul style='list-style: none'><li><div>x").lists.empty());
+    EXPECT_EQ(textOf("<ul style='list-style: none'><li><div>a</div><div>b</div></ul>"), "a\nb\n");
     const ParagraphStyle item = firstParagraph("<ul><li>x</ul>");
     EXPECT_EQ(item.headIndent, 36);
     EXPECT_EQ(item.firstLineIndent, 0);
