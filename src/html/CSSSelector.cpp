@@ -148,9 +148,9 @@ bool Matcher::fits(const SimpleSelector& condition, NodeIndex element)
     case Kind::Checked:
         return m_page.attribute(element, u"checked") || m_page.attribute(element, u"selected");
     case Kind::Is:
-        return std::ranges::any_of(condition.list, matchesElement);
+        return std::ranges::any_of(*condition.list, matchesElement);
     case Kind::Not:
-        return std::ranges::none_of(condition.list, matchesElement) && !m_budget.isSpent();
+        return std::ranges::none_of(*condition.list, matchesElement) && !m_budget.isSpent();
     default:
         return hasFittingAttribute(condition, element);
     }

@@ -48,7 +48,7 @@ struct SimpleSelector {
     int offset = 0;
     std::u16string name {}; ///< of the type, the class, the attribute
     std::u16string value {};
-    std::vector<Selector> list {}; ///< of Is and Not
+    std::shared_ptr<const std::vector<Selector>> list {}; ///< of Is and Not
 };
 
 enum class Combinator : std::uint8_t { Descendant, Child, NextSibling, LaterSibling };

@@ -289,7 +289,7 @@ bool SelectorParser::parseFunction(Compound& compound, Counts& counts, const std
         counts.types += heaviest->specificity % ClassWeight;
     }
     condition.kind = selects ? Kind::Is : Kind::Not;
-    condition.list = std::move(*list);
+    condition.list = std::make_shared<const std::vector<Selector>>(std::move(*list));
     compound.conditions.push_back(std::move(condition));
     return true;
 }

@@ -15,8 +15,6 @@ constexpr bool isTablePart(Tag tag)
         || tag == Tag::Tbody || tag == Tag::Tfoot || tag == Tag::Tr || tag == Tag::Td || tag == Tag::Th;
 }
 
-constexpr bool isFrameset(Tag tag) { return tag == Tag::Frameset || tag == Tag::Frame; }
-
 } // namespace
 
 NodeIndex PageParser::append(Node node)
