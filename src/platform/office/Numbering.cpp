@@ -157,11 +157,12 @@ TextList Numbering::textList(const String& list, int level) const
 }
 
 // The text is "TAB marker TAB item": the first stop is where the marker begins, the second where the item
-// does.
+// does. Readers that make markers of their own put them at the first line's indent, before the first stop.
 ParagraphStyle listItemStyle(const ParagraphProperties& properties, std::vector<std::uint32_t> lists)
 {
     constexpr double Level = 36;
     constexpr double MarkerWidth = 25;
+    constexpr double BeforeMarker = 11;
     ParagraphStyle style = properties.style();
     if (style.headIndent <= 0)
         style.headIndent = Level * static_cast<double>(lists.size());
@@ -169,7 +170,7 @@ ParagraphStyle listItemStyle(const ParagraphProperties& properties, std::vector<
     const double marker
         = isHanging ? style.firstLineIndent : std::max(style.headIndent - MarkerWidth, style.headIndent / 4);
     style.tabStops.insert(style.tabStops.begin(), { { marker }, { style.headIndent } });
-    style.firstLineIndent = 0;
+    style.firstLineIndent = std::max(marker - BeforeMarker, 0.0);
     style.lists = std::move(lists);
     return style;
 }

@@ -43,13 +43,14 @@ std::int32_t integerAtFront(std::string_view text) { return static_cast<std::int
 std::optional<double> lengthOf(std::string_view text)
 {
     constexpr double PointsPerInch = 72;
+    constexpr double TwipsPerPoint = 20;
     static constexpr std::array<std::pair<std::string_view, double>, 7> Units { { { "pt", 1 },
         { "cm", PointsPerInch / 2.54 }, { "mm", PointsPerInch / 25.4 }, { "in", PointsPerInch },
         { "inch", PointsPerInch }, { "pc", 12 }, { "px", 0.75 } } };
     const auto found = front(text);
     for (const auto& [unit, points] : Units) {
         if (found && found->rest == unit)
-            return found->number * points;
+            return std::round(found->number * points * TwipsPerPoint) / TwipsPerPoint;
     }
     return std::nullopt;
 }

@@ -12,7 +12,8 @@ namespace caddis::office {
 double numberAtFront(std::string_view text);
 std::int32_t integerAtFront(std::string_view text);
 
-/// "1.5cm", "12pt", "0.4in" in points. Nil without a number or a unit that is known; a per cent is none.
+/// "1.5cm", "12pt", "0.4in" in points, to a twentieth, as RTF counts them. Nil without a number or a unit
+/// that is known; a per cent is none.
 std::optional<double> lengthOf(std::string_view text);
 /// "150%" as 1.5.
 std::optional<double> percentage(std::string_view text);

@@ -73,6 +73,9 @@ const std::unordered_map<std::string_view, WordReader::Element>& WordReader::ele
         { "w:tcBorders", { &R::startCellBorders, &R::endBorders } },
         { "w:tblBorders", { &R::startTableBorders, &R::endBorders } },
         { "w:top", { &R::border } },
+        { "w:left", { &R::border } },
+        { "w:bottom", { &R::border } },
+        { "w:right", { &R::border } },
         // Styles and lists
         { "w:style", { &R::startStyle, &R::endStyle } },
         { "w:basedOn", { &R::basedOn } },

@@ -64,13 +64,18 @@ void WordReader::tableStyle(const XMLAttributes& attributes)
         m_cellBorders.back() = *style.cellBorder;
 }
 
-void WordReader::startCellBorders(const XMLAttributes&) { m_borders = Borders::Cell; }
+void WordReader::startCellBorders(const XMLAttributes&)
+{
+    m_borders = Borders::Cell;
+    if (TableCell* cell = m_text.cell())
+        cell->borderWidth = 0;
+}
 
 void WordReader::startTableBorders(const XMLAttributes&) { m_borders = Borders::Table; }
 
 void WordReader::endBorders() { m_borders = Borders::None; }
 
-// The top border stands for all four.
+// Any side that is drawn stands for all four.
 void WordReader::border(const XMLAttributes& attributes)
 {
     const std::string_view kind = attributes.utf8("w:val").value_or("single");
@@ -78,7 +83,7 @@ void WordReader::border(const XMLAttributes& attributes)
     const double width = isDrawn
         ? std::clamp(numberAtFront(attributes.utf8("w:sz").value_or("4")) / LineUnitsPerPoint, 0.25, 12.0)
         : 0;
-    if (TableCell* cell = m_borders == Borders::Cell ? m_text.cell() : nullptr) {
+    if (TableCell* cell = m_borders == Borders::Cell && isDrawn ? m_text.cell() : nullptr) {
         cell->borderWidth = width;
         if (const auto color = colorOfHex(attributes.utf8("w:color").value_or("")))
             cell->borderColor = *color;

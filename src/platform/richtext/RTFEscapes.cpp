@@ -27,14 +27,6 @@ unsigned byteOf(char16_t unit)
     return found == HighControls.end() ? 0 : 0x80 + static_cast<unsigned>(found - HighControls.begin());
 }
 
-void appendByte(std::string& out, unsigned byte)
-{
-    constexpr std::string_view Digits = "0123456789abcdef";
-    out += "\\'";
-    out += Digits[byte >> 4];
-    out += Digits[byte & 15];
-}
-
 } // namespace
 
 void appendEscaped(std::string& out, std::u16string_view text)
@@ -67,6 +59,14 @@ void appendEscaped(std::string& out, std::u16string_view text)
         }
         isInRun = false;
     }
+}
+
+void appendByte(std::string& out, std::size_t byte)
+{
+    constexpr std::string_view Digits = "0123456789abcdef";
+    out += "\\'";
+    out += Digits[byte >> 4 & 15];
+    out += Digits[byte & 15];
 }
 
 void appendWord(std::string& out, std::string_view word, long number)

@@ -10,6 +10,9 @@ namespace caddis::rtf {
 /// backslashes escaped.
 void appendEscaped(std::string& out, std::u16string_view text);
 
+/// Appends "\'xx".
+void appendByte(std::string& out, std::size_t byte);
+
 /// Appends "\word12".
 void appendWord(std::string& out, std::string_view word, long number);
 

@@ -7,7 +7,6 @@
 #include <array>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 
 namespace caddis::rtf {
 
@@ -49,6 +48,23 @@ int levelNumberFormat(std::u16string_view marker)
     return 23;
 }
 
+// "{decimal}." as a text of two characters, the first of them the level's number.
+void appendNumberText(std::string& out, std::u16string_view format, std::size_t level)
+{
+    constexpr std::size_t Longest = 100;
+    const std::size_t open = std::min(format.find(u'{'), format.size());
+    const std::size_t close = std::min(format.find(u'}', open), format.size());
+    const std::u16string_view before = format.substr(0, std::min(open, Longest));
+    const std::u16string_view after = format.substr(std::min(close + 1, format.size())).substr(0, Longest);
+    appendByte(out, before.size() + 1 + after.size());
+    appendEscaped(out, before);
+    appendByte(out, level);
+    appendEscaped(out, after);
+    out += ";}{\\levelnumbers";
+    appendByte(out, before.size() + 1);
+    out += ";}";
+}
+
 void appendListLevel(std::string& out, const TextList& list, std::size_t level)
 {
     const int format = levelNumberFormat(list.markerFormat);
@@ -66,9 +82,7 @@ void appendListLevel(std::string& out, const TextList& list, std::size_t level)
         appendEscaped(out, list.marker(1).view().substr(0, 1));
         out += ";}{\\levelnumbers;}";
     } else {
-        char number[32];
-        std::snprintf(number, sizeof number, "\\'01\\'%02x;}{\\levelnumbers\\'01;}", static_cast<int>(level));
-        out += number;
+        appendNumberText(out, list.markerFormat, level);
     }
     const long indent = static_cast<long>(level + 1) * 720;
     out += "\\fi-360";

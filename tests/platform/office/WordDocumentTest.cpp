@@ -131,8 +131,10 @@ TEST(WordDocument, TablesKeepTheirCells)
     const auto row = [](const std::string& cells) { return "<w:tr>" + cells + "</w:tr>"; };
     const std::string inner = "<w:tbl>" + row(cell(paragraph(run("deep")))) + "</w:tbl>";
     const auto text = Docx().read("<w:tbl>"
-        + row(cell(paragraph(run("a")) + paragraph(run("a2")),
-                  "<w:tcW w:w=\"2000\" w:type=\"dxa\"/><w:gridSpan w:val=\"2\"/><w:shd w:fill=\"00FF00\"/>")
+        + row(
+            cell(paragraph(run("a")) + paragraph(run("a2")),
+                "<w:tcW w:w=\"2000\" w:type=\"dxa\"/><w:gridSpan w:val=\"2\"/><w:shd w:fill=\"00FF00\"/>"
+                "<w:tcBorders><w:bottom w:val=\"single\" w:sz=\"16\"/><w:right w:val=\"nil\"/></w:tcBorders>")
             + cell(paragraph(run("b"))))
         + row(cell(inner + paragraph({})) + cell({})) + "</w:tbl>" + paragraph(run("after")));
     EXPECT_EQ(traceOf(*text),
@@ -140,6 +142,7 @@ TEST(WordDocument, TablesKeepTheirCells)
         "[cell 1,1] \n{}after\n");
     const TableCell& first = text->paragraphStyles()[0].cells.at(0);
     EXPECT_EQ(first.width, 100);
+    EXPECT_EQ(first.borderWidth, 2);
     EXPECT_EQ(first.background, TextColor::fromBytes(0, 255, 0));
     EXPECT_EQ(text->tables().at(first.table).columns, 3U);
 }

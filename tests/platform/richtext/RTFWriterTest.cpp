@@ -99,6 +99,10 @@ TEST(RTFWriter, ReadsBackParagraphsAndLists)
     builder.endParagraphs(item);
     const AttributedString text = std::move(builder).finish();
     EXPECT_EQ(readBack(text), text);
+    const Data rtf = RTFFromString(text, {});
+    EXPECT_NE(rtf.chars().find("{\\leveltext\\leveltemplateid1\\'02\\'00);}{\\levelnumbers\\'01;}"),
+        std::string_view::npos)
+        << "for readers that make markers of their own";
 }
 
 TEST(RTFWriter, ReadsBackTables)
