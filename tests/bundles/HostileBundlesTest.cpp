@@ -2,7 +2,10 @@
 #include "support/TemporaryFolder.h"
 #include "support/ZipBuilder.h"
 
+#include <cstdio>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 
 namespace caddis {
 namespace {
@@ -79,6 +82,77 @@ TEST_F(HostileFiles, OfManyPartsAreCutShort)
     for (int i = 0; i < 20'000; ++i)
         recipients += ", a@e.org";
     EXPECT_LE(import("Mail", "com.apple.mail.email", recipients + "\n\nx").items, 10'000U);
+}
+
+TEST_F(HostileFiles, WithHeadersWithoutEndAreRead)
+{
+    if (!hasBundle("Mail"))
+        GTEST_SKIP();
+    std::string mail = "Subject: endless\nX-Long: ";
+    mail.append(20 * 1024 * 1024, 'x');
+    EXPECT_EQ(import("Mail", "com.apple.mail.email", mail)["kMDItemSubject"], "endless");
+    std::string lines = "Subject: many\n";
+    for (int i = 0; i < 100'000; ++i)
+        lines += "X-Line: y\n";
+    EXPECT_EQ(import("Mail", "com.apple.mail.email", lines)["kMDItemSubject"], "many");
+}
+
+// A member of a cpio archive: a head of octal numbers, the name, no contents.
+std::string cpioMember(const std::string& name)
+{
+    char head[77];
+    std::snprintf(head, sizeof head, "070707%06o%06o%06o%06o%06o%06o%06o%011o%06o%011o", 0, 1, 0100644, 0, 0,
+        1, 0, 0, static_cast<unsigned>(name.size() + 1), 0);
+    return head + name + '\0';
+}
+
+TEST_F(HostileFiles, OfManyNamesAreCutShort)
+{
+    if (!hasBundle("Archive"))
+        GTEST_SKIP();
+    std::string archive;
+    for (int i = 0; i < 50'000; ++i)
+        archive += cpioMember("some/folder/with/a/file/of/number/" + std::to_string(i));
+    archive += cpioMember("TRAILER!!!");
+    const auto names = import("Archive", "public.cpio-archive", archive, 256 * 1024);
+    EXPECT_TRUE(names[Text].starts_with("some/folder/with/a/file/of/number/0\n"));
+    EXPECT_LE(names[Text].size(), 256U * 1024);
+    EXPECT_GT(names[Text].size(), 128U * 1024);
+}
+
+TEST_F(HostileFiles, ThatAreFontsDoNoHarm)
+{
+    if (!hasBundle("Font"))
+        GTEST_SKIP();
+    std::ifstream file("/usr/share/fonts/type1/urw-base35/NimbusRoman-Regular.t1", std::ios::binary);
+    const std::string good { std::istreambuf_iterator<char>(file), {} };
+    ASSERT_FALSE(good.empty());
+    std::uint32_t state = 7;
+    for (int round = 0; round < 60; ++round) {
+        std::string bad = good;
+        for (int i = 0; i < 20; ++i) {
+            state = state * 1664525 + 1013904223;
+            bad[(state >> 8) % (round % 2 ? 4096 : bad.size())] = static_cast<char>(state);
+        }
+        import("Font", "com.adobe.postscript-pfb-font", bad.substr(0, bad.size() - (round % 3) * 1000));
+    }
+    // A table of a TrueType font that is said to be longer than anything.
+    EXPECT_FALSE(import("Font", "public.truetype-ttf-font",
+        std::string("\0\1\0\0\0\1\0\0\0\0\0\0name\0\0\0\0\0\0\0\x1C\xFF\xFF\xFF\xFF", 28))
+                     .result);
+}
+
+TEST_F(HostileFiles, InOpenDocumentsAreBoundedToo)
+{
+    std::string body = "<d><body><p>";
+    body.append(40 * 1024 * 1024, 'a').append("</p></body></d>");
+    const auto bomb = import("OpenDocument", "org.oasis-open.opendocument.text",
+        ZipBuilder().add("content.xml", body).bytes(), 1024 * 1024);
+    EXPECT_LE(bomb[Text].size(), 1024 * 1024U);
+    const auto entities = import("OpenDocument", "org.oasis-open.opendocument.text",
+        "<!DOCTYPE d [<!ENTITY a 'aaaaaaaaaa'><!ENTITY b "
+        "'&a;&a;&a;&a;'>]><d><meta><title>&b;</title></meta></d>");
+    EXPECT_EQ(entities["kMDItemTitle"], "(absent)");
 }
 
 TEST_F(HostileFiles, LeaveEveryBundleStanding)
