@@ -54,20 +54,21 @@ static int32_t query_interface(void* self, CaddisUUID identifier, void** out)
 
 void throwSomething(void); /* in C++ */
 
-/* What is left behind: memory, descriptors, a file beside the one that is read. */
+/* What is left behind: memory, sockets, a file beside the one that is read. */
 static void leak(CaddisValue* attributes, const char* path)
 {
     char other[4096];
     int count;
+    int sockets = 0;
     for (count = 0; count < 64; ++count) {
         memset(malloc(1 << 20), 1, 1 << 20);
-        socket(AF_INET, SOCK_STREAM, 0);
+        sockets += socket(AF_INET, SOCK_STREAM, 0) >= 0;
     }
+    host->set_integer(attributes, "sockets", sockets);
     if (strlen(path) + 8 < sizeof other) {
         strcpy(other, path);
         strcat(other, ".left");
-        count = open(other, O_CREAT | O_WRONLY, 0600);
-        host->set_boolean(attributes, "wrote", count >= 0);
+        host->set_boolean(attributes, "wrote", open(other, O_CREAT | O_WRONLY, 0600) >= 0);
     }
 }
 
