@@ -1,5 +1,5 @@
-// KFileMetaData's extractors in one process: reads names of files, extracts metadata and text of each with every
-// extractor for its type, and prints how many properties and characters there were.
+// KFileMetaData's extractors in one process: reads names of files, extracts metadata and text of each with
+// every extractor for its type, and prints how many properties and characters there were.
 
 #include <KFileMetaData/Extractor>
 #include <KFileMetaData/ExtractorCollection>
@@ -20,7 +20,8 @@ int main()
         const QString path = QString::fromStdString(line);
         const QString type = types.mimeTypeForFile(path, QMimeDatabase::MatchExtension).name();
         KFileMetaData::SimpleExtractionResult result(path, type,
-            KFileMetaData::ExtractionResult::ExtractMetaData | KFileMetaData::ExtractionResult::ExtractPlainText);
+            KFileMetaData::ExtractionResult::ExtractMetaData
+                | KFileMetaData::ExtractionResult::ExtractPlainText);
         for (KFileMetaData::Extractor* extractor : extractors.fetchExtractors(type))
             extractor->extract(&result);
         properties += result.properties().size();

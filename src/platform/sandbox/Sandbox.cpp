@@ -107,7 +107,7 @@ void Sandbox::addRules(const std::string& scratch, const std::string& programs, 
     allow(m_rules, "/", Reading);
     std::error_code error;
     const auto own = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-    std::vector<std::string> folders { own.string(), programs };
+    std::vector<std::string> folders { own.string(), (own / "../lib/caddis").string(), programs };
     folders.insert(folders.end(), std::begin(ProgramFolders), std::end(ProgramFolders));
     for (const std::string& folder : folders)
         allow(m_rules, folder, Reading | LANDLOCK_ACCESS_FS_EXECUTE);
