@@ -82,7 +82,7 @@ std::optional<Data> cachedThumbnail(const String& cache, const String& path, dou
         if (bucket.side < side && !isLast)
             continue;
         const String file = format(u"%@/thumbnails/%@/%@.png", cache, String(bucket.name), name);
-        const auto png
+        auto png
             = FileSystem::sizeOfFile(file) <= LargestFile ? FileSystem::contentsOfFile(file) : std::nullopt;
         if (png && textInPNG(*png, "Thumb::URI") == uri && textInPNG(*png, "Thumb::MTime") == time)
             return png;
