@@ -38,9 +38,11 @@ def write_office_bomb(path, megabytes):
 def write_huge_png(path, side):
     def chunk(kind, data):
         return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
-    deflate = zlib.compressobj(9)
-    row = b"\0" * (side * 3 + 1)
-    body = b"".join(deflate.compress(row) for _ in range(side)) + deflate.flush()
+    # A thousand empty rows, closed off so that they can be repeated as they stand.
+    deflate = zlib.compressobj(9, zlib.DEFLATED, -15)
+    rows = deflate.compress(b"\0" * (side * 3 + 1) * 1000) + deflate.flush(zlib.Z_FULL_FLUSH)
+    checksum = (side * (side * 3 + 1) % 65521) << 16 | 1
+    body = b"\x78\xda" + rows * (side // 1000) + deflate.flush() + struct.pack(">I", checksum)
     head = struct.pack(">IIBBBBB", side, side, 8, 2, 0, 0, 0)
     path.write_bytes(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", head) + chunk(b"IDAT", body) + chunk(b"IEND", b""))
 

@@ -160,8 +160,8 @@ constexpr Command table[] = {
         "An argument is a JSON value, or else a text.\n",
         1, script },
     { "batch", "FILE|FOLDER|-…", "a line of JSON for each of many files, by several helpers at once",
-        "  $ caddis batch --op info --out books.jsonl ~/Books\n"
-        "  12,345 files in 16.2 s (762/s): 12,340 ok, 4 unsupported, 1 crashed\n"
+        "  $ caddis batch --op info --out records.jsonl ~/Documents\n"
+        "  2,412 files in 9.1 s (265/s): 1,396 ok, 1,006 unsupported, 10 encrypted\n"
         "  $ find / -name '*.pdf' | caddis batch --op text --resume --out texts/ -\n",
         1, batch, BatchOptionsText },
     { "report", "FOLDER", "one page with pictures, titles and texts of all files in a folder",
