@@ -31,9 +31,10 @@ Bitmap drawnAtSize(const Image& image, Size size, DrawingQuality quality)
 
 std::optional<Bitmap> drawnAtPixelSize(const Image& image, Size pixels, DrawingQuality quality, Rect fromRect)
 {
-    if (!hasArea(pixels))
+    const Size wholePixels { std::trunc(pixels.width), std::trunc(pixels.height) };
+    if (!hasArea(wholePixels))
         return std::nullopt;
-    GraphicsContext context(Size { std::trunc(pixels.width), std::trunc(pixels.height) });
+    GraphicsContext context(wholePixels);
     context.shouldAntialias = quality.shouldAntialias;
     context.imageInterpolation = quality.interpolation;
     const Rect whole { 0, 0, pixels.width, pixels.height };

@@ -42,8 +42,8 @@ std::optional<Image> bitmapImageWithSize(const Image& image, Size size, DrawingQ
 std::optional<Data> TIFFRepresentationWithSize(const Image& image, Size size, DrawingQuality quality);
 
 /// Drawn at exactly so many pixels, the sides rounded down; the part `fromRect` of it (in points of the
-/// image; the zero rectangle: all of it) upon the image's background colour. Nil unless both sides are above
-/// 0.
+/// image; the zero rectangle: all of it) upon the image's background colour. Nil unless both sides are 1 or
+/// more.
 std::optional<Image> bitmapImageWithPixelSize(
     const Image& image, Size pixels, DrawingQuality quality, Rect fromRect = {});
 std::optional<Data> TIFFRepresentationWithPixelSize(

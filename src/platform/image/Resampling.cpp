@@ -51,7 +51,7 @@ void store(const std::array<float, 4>& sums, std::uint8_t* out)
 {
     const float alpha = std::clamp(sums[3], 0.0F, 255.0F);
     for (std::size_t component = 0; component < 4; ++component)
-        out[component] = static_cast<std::uint8_t>(std::clamp(sums[component], 0.0F, alpha) + 0.5F);
+        out[component] = static_cast<std::uint8_t>(std::lrint(std::clamp(sums[component], 0.0F, alpha)));
 }
 
 // `pixelAt(index)` is the source's pixel of that index in the direction that is mixed.
@@ -65,7 +65,7 @@ void mixPixel(const Mix& mix, std::uint32_t count, PixelAt pixelAt, std::uint8_t
         const auto index = std::clamp<std::int64_t>(mix.first + static_cast<std::int64_t>(tap), 0, count - 1);
         const std::uint8_t* pixel = pixelAt(static_cast<std::size_t>(index));
         for (std::size_t component = 0; component < 4; ++component)
-            sums[component] += mix.weights[tap] * pixel[component];
+            sums[component] += mix.weights[tap] * static_cast<float>(pixel[component]);
     }
     store(sums, out);
 }

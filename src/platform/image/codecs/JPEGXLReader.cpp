@@ -55,7 +55,6 @@ public:
         if (!m_decoder || JxlDecoderSubscribeEvents(get(), events) != JXL_DEC_SUCCESS
             || JxlDecoderSetInput(get(), data.bytes(), data.size()) != JXL_DEC_SUCCESS)
             throw Broken();
-        JxlDecoderCloseInput(get());
     }
     JxlDecoder* get() const { return m_decoder.get(); }
     /// The next event, which must be this one.

@@ -161,7 +161,7 @@ private:
     static std::uint8_t light(std::uint32_t bits)
     {
         const auto value = std::bit_cast<float>(bits);
-        return static_cast<std::uint8_t>(value > 0 ? std::min(value, 1.0F) * 255 + 0.5F : 0);
+        return static_cast<std::uint8_t>(value > 0 ? std::lrint(std::min(value, 1.0F) * 255) : 0);
     }
 
     void setPixels(const std::vector<std::uint8_t>& samples, std::vector<std::uint8_t>& row) const

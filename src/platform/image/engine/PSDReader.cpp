@@ -44,7 +44,7 @@ void convertFromLab(std::uint8_t* pixel)
     for (std::size_t component = 0; component < 3; ++component) {
         const double value = std::clamp(linear[component], 0.0, 1.0);
         const double shown = value <= 0.0031308 ? 12.92 * value : 1.055 * std::pow(value, 1 / 2.4) - 0.055;
-        pixel[component] = static_cast<std::uint8_t>(shown * 255 + 0.5);
+        pixel[component] = static_cast<std::uint8_t>(std::lrint(shown * 255));
     }
 }
 
@@ -225,7 +225,7 @@ private:
             | row[x * 4 + 3];
         const auto value = std::bit_cast<float>(bits);
         const double shown = value > 0 ? std::pow(std::min(value, 1.0F), 1 / 2.2) : 0; // They are linear.
-        return static_cast<std::uint8_t>(shown * 255 + 0.5);
+        return static_cast<std::uint8_t>(std::lrint(shown * 255));
     }
 
     void finish(std::vector<std::uint8_t>& row) const

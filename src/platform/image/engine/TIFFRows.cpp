@@ -1,6 +1,7 @@
 #include "platform/image/engine/TIFFRows.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace caddis::image {
@@ -110,7 +111,8 @@ void TIFFRows::unpack()
     else if (m_isFloat)
         for (std::size_t index = 0; index < count; ++index) {
             const float value = number(index, float {});
-            m_bytes[index] = static_cast<std::uint8_t>(value > 0 ? std::min(value, 1.0F) * 255 + 0.5F : 0);
+            m_bytes[index]
+                = static_cast<std::uint8_t>(value > 0 ? std::lrint(std::min(value, 1.0F) * 255) : 0);
         }
     else if (m_bits == 32)
         for (std::size_t index = 0; index < count; ++index)
