@@ -31,9 +31,7 @@ std::unique_ptr<ExtendedPDFDocument> documentIn(const std::string& file)
 
 std::optional<PDFRaster> pictureOf(const PDFPage& page, std::uint32_t longerSide)
 {
-    const Rect box = page.boundsForBox(PDFDisplayBox::Crop);
-    const bool isTurned = page.rotation() % 180 != 0;
-    const Size shown = isTurned ? Size { box.height, box.width } : box.size();
+    const Size shown = page.shownSize();
     const double scale = longerSide / std::max({ shown.width, shown.height, 1.0 });
     const auto pixels = [&](double points) {
         return static_cast<std::uint32_t>(std::max(1L, std::lround(points * scale)));
