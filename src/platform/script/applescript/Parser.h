@@ -52,6 +52,8 @@ private:
     // Scripts and handlers (ParserScripts.cpp).
     void parseScriptBody(ScriptCode& code);
     void parseScriptLine(ScriptCode& code, std::vector<std::unique_ptr<Statement>>& statements);
+    void parseScriptLinesUsingTerms(ScriptCode& code, std::vector<std::unique_ptr<Statement>>& statements);
+    void parseUsingTermsHead();
     void parseProperty(ScriptCode& code);
     void parseHandler(ScriptCode& code);
     void parseHandlerHead(HandlerCode& handler);

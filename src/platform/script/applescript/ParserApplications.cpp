@@ -1,6 +1,7 @@
 #include "platform/script/applescript/ApplicationTerms.h"
 #include "platform/script/applescript/Parser.h"
 #include "platform/script/applescript/ParserLineTerms.h"
+#include "platform/script/applescript/ParserNesting.h"
 #include "platform/script/applescript/Restored.h"
 
 #include <algorithm>
@@ -75,6 +76,25 @@ std::unique_ptr<Statement> Parser::parseUsingTerms()
     auto statement = std::make_unique<BlockStatement>(peek().range);
     const Restored<unsigned> unknownWords(m_unknownWords);
     const Restored<std::shared_ptr<const ApplicationTerms>> terms(m_terms);
+    parseUsingTermsHead();
+    statement->body = parseBlockUntilEnd();
+    return statement;
+}
+
+// The same around handlers and properties.
+void Parser::parseScriptLinesUsingTerms(ScriptCode& code, std::vector<std::unique_ptr<Statement>>& statements)
+{
+    const Nesting nesting(*this);
+    const Restored<unsigned> unknownWords(m_unknownWords);
+    const Restored<std::shared_ptr<const ApplicationTerms>> terms(m_terms);
+    parseUsingTermsHead();
+    for (skipNewlines(); !at(TokenType::EndOfText) && !at(Symbol::End); skipNewlines())
+        parseScriptLine(code, statements);
+    parseEnd();
+}
+
+void Parser::parseUsingTermsHead()
+{
     expect(Symbol::Using);
     expect(Symbol::TermsWord);
     expect(Symbol::From);
@@ -84,8 +104,6 @@ std::unique_ptr<Statement> Parser::parseUsingTerms()
     else
         ++m_unknownWords;
     skipLine();
-    statement->body = parseBlockUntilEnd();
-    return statement;
 }
 
 Parser::LineTerms::LineTerms(Parser& parser)

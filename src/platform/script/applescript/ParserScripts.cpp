@@ -40,6 +40,8 @@ void Parser::parseScriptLine(ScriptCode& code, std::vector<std::unique_ptr<State
         skipLine();
     else if (startsHandler())
         parseHandler(code);
+    else if (at(Symbol::Using))
+        parseScriptLinesUsingTerms(code, statements);
     else if (isScript) {
         auto script = parseScriptObject();
         const Symbol name = script->name;

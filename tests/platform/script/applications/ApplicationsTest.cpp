@@ -67,8 +67,7 @@ TEST_F(Applications, AnswerForTheirObjectsAndProperties)
     EXPECT_EQ(outcomeOf("tell note 1 of application \"Notes\" to name"), "\"first\"");
     EXPECT_EQ(outcomeOf("using terms from application \"Notes\"\non f(n)\nbody text of n\nend f\n"
                         "end using terms from\nf(note 2 of application \"Notes\")"),
-        "error -2741")
-        << "handlers do not stand inside of blocks";
+        "\"two words\"");
 }
 
 TEST_F(Applications, ChangeMakeAndDeleteWhatTheyHold)
