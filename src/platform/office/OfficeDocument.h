@@ -9,7 +9,7 @@
 /// markers as text, tables, links, pictures as attachments, foot- and endnotes behind the text. Heads and
 /// feet of pages, comments, and what was deleted in a tracked change are left out.
 ///
-/// Everything is bounded by the file's size and fixed limits: markup by 96 MiB a part, attachments by 512 MiB
+/// Everything is bounded by the file's size and fixed limits: markup by 64 MiB a part, attachments by 512 MiB
 /// together, elements by 256 levels. Markup that breaks off gives the text until there.
 namespace caddis {
 

@@ -6,7 +6,7 @@ namespace caddis::office {
 
 namespace {
 
-constexpr std::size_t LongestMarkup = 96ULL << 20;
+constexpr std::size_t LongestMarkup = 64ULL << 20;
 constexpr std::size_t MostBytes = 512ULL << 20;
 
 bool isMarkup(std::string_view name) { return name.ends_with(".xml") || name.ends_with(".rels"); }

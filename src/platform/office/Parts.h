@@ -10,7 +10,7 @@
 /// Inside this folder: the members of a zipped document by name.
 namespace caddis::office {
 
-/// Unpacked, names as they stand in the archive. Markup longer than 96 MiB is left out, and so are others
+/// Unpacked, names as they stand in the archive. Markup longer than 64 MiB is left out, and so are others
 /// once all are longer than 512 MiB.
 using Parts = std::map<std::string, Data, std::less<>>;
 
