@@ -6,7 +6,6 @@
 #include "client/HelperProxy.h"
 #include "client/HelperTask.h"
 #include "client/OstraImExport.h"
-#include "platform/sandbox/Sandbox.h"
 #include "support/PrivateRuntimeDirectory.h"
 
 #include <chrono>
@@ -77,23 +76,6 @@ TEST_F(HostileImporter, AnswersWhateverItDoes)
         expectAnswer(proxy);
     }
     EXPECT_TRUE(proxy->connection()->isValid()) << "it is the same helper all the time";
-}
-
-TEST_F(HostileImporter, ReachesNothingInTheReadersProfile)
-{
-    // There the list's program is started only from beside the helper.
-    std::filesystem::remove(root.path() / "usr/bin/mdimport");
-    std::filesystem::create_symlink(CADDIS_BIN "/mdimport", root.path() / "usr/bin/mdimport");
-    install("/Library/Spotlight/B.mdimporter", { .contentType = "public.plain-text" });
-    const auto task = helper(10);
-    task->setLaunch({ .profile = HelperProfile::Reader });
-    const auto proxy = task->proxy();
-    ASSERT_TRUE(proxy);
-    const auto metaData = HelperProxy(*proxy).metaDataForFile(root.write("leak.txt", ""));
-    ASSERT_TRUE(metaData);
-    EXPECT_EQ(*metaData->find(u"sockets"), Value(0));
-    EXPECT_EQ(*metaData->find(u"wrote"), Value(Sandbox::landlockVersion() == 0));
-    expectAnswer(proxy);
 }
 
 TEST_F(HostileImporter, IsBoundedInWhatItGives)
