@@ -15,7 +15,8 @@
 
 #ifdef __SANITIZE_ADDRESS__
 // Of the entities that a document declares, librsvg's reader leaves the values behind.
-extern "C" const char* __lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier): the tool's name
+extern "C" [[gnu::visibility("default")]] const char*
+__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier): the tool's name
 {
     return "leak:xmlParseEntityValue";
 }
