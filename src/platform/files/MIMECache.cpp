@@ -1,5 +1,7 @@
 #include "platform/files/MIMECache.h"
 
+#include <ranges>
+
 namespace caddis {
 
 namespace {
@@ -91,8 +93,8 @@ std::optional<std::string> MIMECache::typeForExtension(std::string_view extensio
 {
     const std::uint64_t root = number(SuffixTree);
     List nodes = bounded(number(root), number(root + 4), NodeSize);
-    for (auto character = extension.rbegin(); character != extension.rend(); ++character)
-        nodes = childrenFor(nodes, static_cast<unsigned char>(*character));
+    for (const char character : std::views::reverse(extension))
+        nodes = childrenFor(nodes, static_cast<unsigned char>(character));
     nodes = childrenFor(nodes, '.');
     std::string_view type;
     std::uint32_t weight = 0;

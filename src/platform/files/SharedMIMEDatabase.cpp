@@ -49,7 +49,7 @@ std::vector<String> SharedMIMEDatabase::lineageOf(const String& type) const
             lineage.push_back(std::move(found));
     };
     add(type.utf8());
-    for (std::size_t index = 0; index < lineage.size(); ++index) {
+    for (std::size_t index = 0; index < lineage.size(); ++index) { // NOLINT(modernize-loop-convert): it grows
         for (const MIMECache& cache : m_caches) {
             for (const std::string& parent : cache.parentsOf(lineage[index].utf8()))
                 add(parent);
