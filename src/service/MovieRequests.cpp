@@ -2,7 +2,7 @@
 
 #include "media/MovieFileTypes.h"
 #include "media/MovieFrames.h"
-#include "platform/image/TIFF.h"
+#include "platform/image/ImageFiles.h"
 #include "service/FileArgument.h"
 
 namespace caddis {

@@ -1,6 +1,6 @@
 #include "platform/image/ImageSource.h"
 #include "Seen.h"
-#include "platform/image/TIFF.h"
+#include "platform/image/ImageFiles.h"
 
 #include "support/JPEGBuilder.h"
 #include "support/Text.h"

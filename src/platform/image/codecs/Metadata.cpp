@@ -31,6 +31,7 @@ Exiv2::Image::AutoPtr opened(const Data& file)
     prepare();
     auto image = Exiv2::ImageFactory::open(file.bytes(), static_cast<long>(file.size()));
     image->readMetadata();
+    Exiv2::XmpProperties::unregisterNs(); // It keeps those of every file.
     return image;
 }
 
