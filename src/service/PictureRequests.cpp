@@ -24,10 +24,14 @@ std::optional<Dictionary> fastThumbnail(const String& path, const ThumbnailReque
     return reply;
 }
 
+std::optional<Image> valid(std::optional<Image> image)
+{
+    return image && isReallyValid(*image) ? std::move(image) : std::nullopt;
+}
+
 std::optional<Image> imageByReferencingFile(const std::optional<String>& path)
 {
-    auto image = path ? Image::initWithContentsOfFile(*path) : std::nullopt;
-    return image && isReallyValid(*image) ? image : std::nullopt;
+    return path ? valid(Image::initWithContentsOfFile(*path)) : std::nullopt;
 }
 
 // The bytes at the path itself are tried only where it leads to another file: they give the same picture
@@ -39,7 +43,7 @@ std::optional<Image> imageAt(const String& path)
     if (image || opened == path)
         return image;
     const auto data = FileSystem::contentsOfFile(path);
-    return data ? Image::initWithData(*data) : std::nullopt;
+    return data ? valid(Image::initWithData(*data)) : std::nullopt;
 }
 
 // Direct, or converted from PostScript now.
