@@ -7,7 +7,8 @@ namespace caddis::tool {
 
 String absolutePath(const std::string& path)
 {
-    return String::fromUtf8(std::filesystem::absolute(path).lexically_normal().string());
+    std::error_code error; // An empty path has none.
+    return String::fromUtf8(std::filesystem::absolute(path, error).lexically_normal().string());
 }
 
 String helperPath()
