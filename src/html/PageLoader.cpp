@@ -98,8 +98,10 @@ void PageLoader::fetch(std::span<const URL> urls)
             keep({ url, saved->data(), mimeTypeOf(saved->MIMEType()), saved->textEncodingName() }, url);
             continue;
         }
+        if (m_options.archive && !isScheme(url, u"data"))
+            continue;
         if (m_asked == MostResources || secondsLeft() <= 0)
-            return;
+            break;
         ++m_asked;
         m_resources[key] = nullptr;
         std::optional<URLRequest> request { { url, secondsLeft() } };

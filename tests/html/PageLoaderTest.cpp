@@ -110,6 +110,18 @@ TEST(PageLoader, RedirectsThatNeverEndAreGivenUp)
     EXPECT_EQ(server.log().size(), 11U) << "the request and ten redirects";
 }
 
+TEST(PageLoader, OnlySoManyThingsAreLoadedButThose)
+{
+    const HTTPServer server([](const std::string& path) { return HTTPServer::answer("image/png", path); });
+    std::string page = "<img src=first>";
+    for (int index = 0; index < 1'001; ++index)
+        page += "<img alt=x src=data:image/png," + std::to_string(index) + ">";
+    const auto base = URL::fromString(String::fromUtf8(server.url("/")));
+    const AttributedString text = imported(page, { .baseURL = base });
+    EXPECT_EQ(text.attachments().size(), 1'000U);
+    EXPECT_EQ(text.string()[0], AttachmentCharacter) << "what was asked for before the limit comes";
+}
+
 TEST(PageLoader, FilesAreReadAndPagesThatLoadThemselvesEnd)
 {
     const TemporaryFolder folder;
@@ -130,13 +142,14 @@ TEST(PageLoader, FilesAreReadAndPagesThatLoadThemselvesEnd)
 TEST(PageLoader, SavedPagesBringTheirResources)
 {
     const TemporaryFolder folder;
-    WebArchiveBuilder builder("http://a.invalid/b", "<p>x<img src=c.png><iframe src=d></iframe>");
+    WebArchiveBuilder builder("http://a.invalid/b",
+        "<p>x<img src=c.png><iframe src=d></iframe><img src=http://127.0.0.1/e alt=no>");
     builder.subresource("http://a.invalid/c.png", "picture");
     builder.frame(WebArchiveBuilder("http://a.invalid/d", "<b>y</b>"));
     Gate gate;
     const auto text = attributedStringWithMarkupFile(folder.write("a.webarchive", builder.text()), &gate);
     ASSERT_TRUE(text);
-    EXPECT_EQ(text->string(), u"x\uFFFCy\n"_s);
+    EXPECT_EQ(text->string(), u"x\uFFFCyno\n"_s);
     EXPECT_TRUE(gate.asked.empty());
     EXPECT_FALSE(attributedStringWithMarkupFile(
         folder.write("b.webarchive", WebArchiveBuilder("http://a/b", "x", "image/png").text()), nullptr));
