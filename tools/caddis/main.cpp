@@ -29,7 +29,8 @@ using namespace caddis::tool;
 
 namespace {
 
-constexpr double TimeoutSeconds = 15;
+// Longer than the 15 seconds that a page may load before its text comes without the rest.
+constexpr double TimeoutSeconds = 20;
 
 constexpr char BatchOptionsText[]
     = "  --op OP        info, text, thumbnail, preview, icon, richtext, movie, webarchive, pdf, supports, "
