@@ -8,6 +8,7 @@
 #include "epub/NCXParser.h"
 #include "epub/NavigationTree.h"
 #include "foundation/URLResolution.h"
+#include "html/HTMLImport.h"
 #include "markup/Entities.h"
 #include "markup/Html2Text.h"
 #include "markup/LinkTitles.h"
@@ -153,6 +154,16 @@ std::optional<String> EPUBParser::htmlContents()
     }
     html.append(u"</html>");
     return std::move(html).take();
+}
+
+std::optional<AttributedString> EPUBParser::richTextContents()
+{
+    const auto html = htmlContents();
+    if (!html || html->isEmpty())
+        return std::nullopt;
+    AttributedString text = attributedStringWithHTML(Data::adopt(html->utf8()));
+    text.documentAttributes = {};
+    return text;
 }
 
 } // namespace caddis

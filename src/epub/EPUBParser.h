@@ -4,6 +4,7 @@
 #include "platform/base/MutableString.h"
 #include "platform/base/Value.h"
 #include "platform/image/Image.h"
+#include "platform/richtext/AttributedString.h"
 #include "platform/xml/XMLParser.h"
 
 #include <memory>
@@ -93,6 +94,8 @@ public:
     std::optional<String> textContents();
     /// The whole book as one HTML document with its pictures and style sheets in it.
     std::optional<String> htmlContents();
+    /// That document as attributed text, without document attributes. Nil when there is none.
+    std::optional<AttributedString> richTextContents();
 
 private:
     // How a metadata key takes its values.

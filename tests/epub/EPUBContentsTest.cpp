@@ -100,6 +100,7 @@ TEST_F(EPUBContentsTest, GivesNothingOfAProtectedBookButItsCover)
     EXPECT_TRUE(book.hasDRM());
     EXPECT_FALSE(book.textContents());
     EXPECT_FALSE(book.htmlContents());
+    EXPECT_FALSE(book.richTextContents());
     EXPECT_FALSE(book.firstPage());
     ASSERT_TRUE(book.cover());
     EXPECT_EQ(book.cover()->size(), (Size { 2, 1 }));
@@ -173,6 +174,27 @@ TEST_F(EPUBContentsTest, EmbedsABookInOneDocument)
         "<img alt='data:image/png;base64,YWJj' src='data:image/png;base64,YWJj'/><img src='data:x,y'/>"
         "<a href=\"#2.xhtml\">\ntwo</a><a href='http://example.org/'>out</a></p></body>"
         "<body>\n<p>Second</p>\n</body></html>");
+}
+
+TEST_F(EPUBContentsTest, IsRichTextWithItsStylesAndPictures)
+{
+    EPUBParser book(write({ { { "1.xhtml",
+                                  "<html><head><link rel='stylesheet' href='s.css'/></head><body><h1>One</h1>"
+                                  "<p>a <b>bold</b> word <img src='i.gif'/></p></body></html>" },
+                                { "2.xhtml", "<html><body><p class='x'>Zwei \xC3\xA4</p></body></html>" } },
+        { { "OPS/s.css", ".x { font-style: italic }" }, { "OPS/i.gif", Picture } } }));
+    const auto text = book.richTextContents();
+    ASSERT_TRUE(text);
+    const std::u16string_view read = text->string();
+    EXPECT_LT(read.find(u"One"), read.find(u"a bold word \uFFFC"));
+    EXPECT_LT(read.find(u"bold"), read.find(u"Zwei \u00E4"));
+    ASSERT_EQ(text->attachments().size(), 1U);
+    EXPECT_EQ(text->attachments()[0].file.contents.chars(), Picture);
+    const auto any
+        = [&](auto test) { return std::any_of(text->styles().begin(), text->styles().end(), test); };
+    EXPECT_TRUE(any([](const CharacterStyle& style) { return style.font.bold; }));
+    EXPECT_TRUE(any([](const CharacterStyle& style) { return style.font.italic; }));
+    EXPECT_TRUE(text->documentAttributes.isEmpty());
 }
 
 // What lies beside the book is none of its business, however its documents name it.
