@@ -4,6 +4,7 @@
 #include "Output.h"
 #include "ValuePrinter.h"
 #include "client/HelperProxy.h"
+#include "epub/EPUBParser.h"
 #include "platform/richtext/RTF.h"
 #include "platform/richtext/RTFD.h"
 
@@ -21,8 +22,18 @@ struct Document {
     AttributedString text;
 };
 
+std::optional<Document> bookIn(const std::string& file)
+{
+    EPUBParser book(absolutePath(file));
+    auto text = book.spines().empty() ? std::nullopt : book.richTextContents();
+    auto rtfd = text ? RTFDFromString(*text, {}) : std::nullopt;
+    return rtfd ? std::optional(Document { {}, std::move(*rtfd), std::move(*text) }) : std::nullopt;
+}
+
 std::optional<Document> documentIn(const Invocation& invocation, const std::string& file)
 {
+    if (EPUBParser::isEPUBFile(String::fromUtf8(file)))
+        return bookIn(file);
     const HelperProxy helper(invocation.helper());
     const auto data = contentsOf(file);
     const bool isPDF = data && data->chars().starts_with("%PDF-");
