@@ -200,25 +200,29 @@ CFStringEncoding Reader::encoding() const
     return entry && entry->encoding != CFStringEncoding::InvalidId ? entry->encoding : m_encoding;
 }
 
+// Bytes without a character in their code page are taken for themselves.
+String Reader::decodedBytes() const
+{
+    if (isAscii(m_bytes))
+        return String::fromLatin1(m_bytes);
+    const FontEntry* entry = font();
+    const bool isSymbol = entry && entry->isSymbol && m_state.destination == Destination::Body;
+    if (!isSymbol)
+        return decodeText(m_bytes, encoding()).value_or(String::fromLatin1(m_bytes));
+    const bool isKnown = entry->name.view().starts_with(u"Symbol");
+    if (auto text = isKnown ? decodeText(m_bytes, CFStringEncoding::MacSymbol) : std::nullopt)
+        return *text;
+    std::u16string glyphs;
+    for (const char byte : m_bytes)
+        glyphs += static_cast<char16_t>(SymbolGlyphs | static_cast<unsigned char>(byte));
+    return String(glyphs);
+}
+
 void Reader::flushBytes()
 {
     if (m_bytes.empty())
         return;
-    const FontEntry* entry = font();
-    if (isAscii(m_bytes)) {
-        takeUnits(String::fromLatin1(m_bytes));
-    } else if (entry && entry->isSymbol && m_state.destination == Destination::Body) {
-        const bool isKnown = entry->name.view().starts_with(u"Symbol");
-        const auto text = isKnown ? decodeText(m_bytes, CFStringEncoding::MacSymbol) : std::nullopt;
-        std::u16string glyphs;
-        for (const char byte : m_bytes)
-            glyphs += static_cast<char16_t>(SymbolGlyphs | static_cast<unsigned char>(byte));
-        takeUnits(text ? text->view() : std::u16string_view(glyphs));
-    } else if (const auto text = decodeText(m_bytes, encoding())) {
-        takeUnits(*text);
-    } else {
-        takeUnits(String::fromLatin1(m_bytes));
-    }
+    takeUnits(decodedBytes());
     m_bytes.clear();
 }
 

@@ -115,6 +115,7 @@ private:
 
     void takeByte(char byte);
     void flushBytes();
+    String decodedBytes() const;
     void takeUnits(std::u16string_view units);
     void takeAscii(std::string_view bytes);
     CharacterStyle characterStyle() const;
