@@ -4,11 +4,23 @@
 #include "client/OstraImExport.h"
 #include "platform/ipc/RuntimeDirectory.h"
 
+#include <csignal>
+
 namespace caddis {
 
 namespace {
 
 constexpr unsigned MostFailedLaunches = 2;
+// Helpers that somebody kills while they start; each costs milliseconds.
+constexpr unsigned MostKilledLaunches = 100;
+
+bool wasKilledFromOutside(const HelperTask& helper)
+{
+    constexpr int Signalled = 128; // A task's status adds it to the signal.
+    Task* const task = helper.launchedTask();
+    const auto status = task ? task->terminationStatus() : std::nullopt;
+    return status == Signalled + SIGKILL || status == Signalled + SIGTERM;
+}
 
 String nextName()
 {
@@ -63,6 +75,8 @@ void HelperNursery::live()
         if (wantsStandby()) {
             guard.unlock();
             auto helper = raise();
+            for (unsigned count = 0; !helper && m_wasKilled && count < MostKilledLaunches; ++count)
+                helper = raise();
             guard.lock();
             m_failedLaunches = helper ? 0 : m_failedLaunches + 1;
             m_standby = std::move(helper);
@@ -91,6 +105,7 @@ std::unique_ptr<HelperTask> HelperNursery::raise()
         .attached = true,
         .log = m_settings.log });
     const auto proxy = helper->launch();
+    m_wasKilled = !proxy && wasKilledFromOutside(*helper);
     if (!proxy) {
         end(*helper);
         return nullptr;

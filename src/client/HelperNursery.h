@@ -39,6 +39,7 @@ private:
     std::unique_ptr<HelperTask> m_standby;
     std::deque<std::unique_ptr<HelperTask>> m_dead;
     unsigned m_failedLaunches = 0;
+    bool m_wasKilled = false; // the last launched one, before it could answer; the nursery's thread's own
     bool m_ending = false;
     std::thread m_thread; // The last member: it uses all others.
 };

@@ -15,6 +15,8 @@ using Seconds = std::chrono::duration<double>;
 constexpr std::u16string_view ClassName = u"HelperTask";
 constexpr Seconds BusyPollInterval(0.05);
 constexpr double LongestEnding = 1.0;
+constexpr double AttachedStep = 0.01;
+constexpr int AttachedSteps = 500;
 constexpr RemoteMember StillBusy { "StillBusy", "", "b" };
 
 } // namespace
@@ -66,7 +68,7 @@ std::optional<Proxy> HelperTask::startAndConnect(double timeout)
     m_task->setQualityOfService(m_qualityOfService);
     m_task->launch();
     if (m_task->isRunning()) {
-        if (auto proxy = waitForRootProxyForConnectionWithRegisteredName(m_proxyName, timeout, m_protocol))
+        if (auto proxy = waitForProxy(timeout))
             return proxy;
         ++m_failedAttempts;
         const String program = m_path.substringFrom(m_path.view().rfind(u'/') + 1);
@@ -82,6 +84,18 @@ std::optional<Proxy> HelperTask::startAndConnect(double timeout)
     else
         log(u"Couldn't launch %@.", m_path);
     m_task.reset();
+    return std::nullopt;
+}
+
+// An attached helper is the launched process itself: when that has ended, nobody will register the name.
+std::optional<Proxy> HelperTask::waitForProxy(double timeout)
+{
+    if (!m_isAttached)
+        return waitForRootProxyForConnectionWithRegisteredName(m_proxyName, timeout, m_protocol);
+    for (int step = 0; step < AttachedSteps && m_task->isRunning(); ++step) {
+        if (auto proxy = waitForTimeInterval(AttachedStep, m_proxyName, timeout, m_protocol))
+            return proxy;
+    }
     return std::nullopt;
 }
 

@@ -73,7 +73,7 @@ public:
     /// Ends the launched helper at once and forgets it; of an attached one, all that it has started too.
     void killWithChildren();
     /// The launched helper; null when this task has launched none.
-    const Task* launchedTask() const { return m_task.get(); }
+    Task* launchedTask() const { return m_task.get(); }
     const String& registeredProxyName() const { return m_proxyName; }
 
     double timeout() const { return m_timeout; }
@@ -83,6 +83,7 @@ private:
     HelperTask(String path, String registeredProxyName, const RemoteProtocol* protocol, double timeout,
         QualityOfService quality);
     std::optional<Proxy> startAndConnect(double timeout);
+    std::optional<Proxy> waitForProxy(double timeout);
     bool hasGivenUp() const { return m_failedAttempts > 1; }
 
     std::unique_ptr<Task> m_task;

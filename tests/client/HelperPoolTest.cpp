@@ -180,6 +180,22 @@ TEST_F(HelperPoolTest, HelpersAreRenewedAndLeaveNothingBehind)
     EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
 }
 
+TEST_F(HelperPoolTest, HelpersThatAreKilledWhileTheyStartAreNoFailure)
+{
+    auto killed = settings();
+    // Each launch but every fourth ends before it can register.
+    const auto count = folder.path() / "count";
+    const auto script = folder.path() / "helper";
+    std::ofstream(script) << "#!/bin/sh\necho >> " << count.string() << "\n[ $(($(wc -l < " << count.string()
+                          << ") % 4)) = 0 ] || kill -KILL $$\nexec " CADDIS_HELPER_PROGRAM " \"$@\"\n";
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    killed.helper = String::fromUtf8(script.string());
+    HelperPool pool(killed);
+    const auto start = Clock::now();
+    EXPECT_EQ(run(pool, { job(ping()) }).at(0).outcome, HelperOutcome::Ok);
+    EXPECT_LT(Clock::now() - start, milliseconds(4000)) << "nobody waits for the dead";
+}
+
 TEST_F(HelperPoolTest, WithoutAHelperEveryTakenJobIsRefused)
 {
     auto missing = settings();

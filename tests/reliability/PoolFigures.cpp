@@ -40,7 +40,8 @@ int standby()
     std::vector<double> waits;
     Clock::time_point death;
     const HelperQuestion die { u"die"_s, [&](const HelperProxy& helper) -> std::optional<Value> {
-                                  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+                                  while (pool.statistics().launched < waits.size() + 2)
+                                      std::this_thread::sleep_for(std::chrono::milliseconds(10));
                                   helper.terminate();
                                   death = Clock::now();
                                   return true;
