@@ -29,6 +29,7 @@ private:
         const Document* document;
         std::size_t page;
 
+        // NOLINTNEXTLINE(modernize-use-nullptr): what the compiler writes for it compares with 0
         friend auto operator<=>(const PageOf&, const PageOf&) = default;
     };
     struct Link {
