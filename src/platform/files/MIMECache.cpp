@@ -1,7 +1,5 @@
 #include "platform/files/MIMECache.h"
 
-#include <ranges>
-
 namespace caddis {
 
 namespace {
@@ -93,8 +91,8 @@ std::optional<std::string> MIMECache::typeForExtension(std::string_view extensio
 {
     const std::uint64_t root = number(SuffixTree);
     List nodes = bounded(number(root), number(root + 4), NodeSize);
-    for (const char character : std::views::reverse(extension))
-        nodes = childrenFor(nodes, static_cast<unsigned char>(character));
+    for (std::size_t left = extension.size(); left > 0; --left)
+        nodes = childrenFor(nodes, static_cast<unsigned char>(extension[left - 1]));
     nodes = childrenFor(nodes, '.');
     std::string_view type;
     std::uint32_t weight = 0;
