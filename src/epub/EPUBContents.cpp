@@ -21,6 +21,9 @@ namespace caddis {
 
 namespace {
 
+// More than any book has: what hostile ones go on with is left out.
+constexpr std::size_t MostTextUnits = std::size_t(64) << 20;
+
 std::optional<String> markupText(const std::optional<Data>& data)
 {
     return data ? std::optional(stringWithMarkupData(*data, NSStringEncoding::UTF8)) : std::nullopt;
@@ -117,6 +120,8 @@ std::optional<String> EPUBParser::textContents()
         return std::nullopt;
     MutableString text;
     for (const String& content : spineContents()) {
+        if (text.length() > MostTextUnits)
+            break;
         const auto html = markupText(dataForNamedFile(pathInOPFFolder(content)));
         if (!html)
             continue;

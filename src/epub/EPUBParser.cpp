@@ -12,6 +12,13 @@
 
 namespace caddis {
 
+namespace {
+
+// A member of 64 KB can inflate to that.
+constexpr std::uint64_t MostMemberBytes = std::uint64_t(64) << 20;
+
+} // namespace
+
 bool EPUBParser::isEPUBFile(const String& path)
 {
     return hasSuffixNoCase(path, u".epub") || hasSuffixNoCase(path, u".ibooks");
@@ -63,9 +70,10 @@ bool EPUBParser::testForNamedFile(const String& name)
 std::optional<Data> EPUBParser::dataForNamedFile(const String& name)
 {
     if (m_archive)
-        return m_archive->dataForNamedFile(name);
+        return m_archive->dataForNamedFile(name, MostMemberBytes);
     const auto path = pathInCopy(name);
-    return path ? MappedFile::open(*path) : std::nullopt;
+    auto data = path ? MappedFile::open(*path) : std::nullopt;
+    return data && data->size() <= MostMemberBytes ? std::move(data) : std::nullopt;
 }
 
 // Where the member is, links resolved; nil when it isn't there or lies outside the copy.

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <limits>
 
 namespace caddis {
 
@@ -80,7 +79,7 @@ void ZipArchive::readPositions()
     }
 }
 
-std::optional<Data> ZipArchive::dataForNamedFile(const String& name)
+std::optional<Data> ZipArchive::dataForNamedFile(const String& name, std::uint64_t most)
 {
     if (!testForNamedFile(name)) {
         log(u"Unable to locate %@ in %@", name, m_archiveName);
@@ -95,14 +94,14 @@ std::optional<Data> ZipArchive::dataForNamedFile(const String& name)
         log(u"Unable to open file %@ for extration from archive", name);
         return std::nullopt;
     }
-    return readCurrentFile(name, info);
+    return readCurrentFile(name, info, most);
 }
 
-std::optional<Data> ZipArchive::readCurrentFile(const String& name, const unz_file_info64& info)
+std::optional<Data> ZipArchive::readCurrentFile(
+    const String& name, const unz_file_info64& info, std::uint64_t most)
 {
-    // minizip counts what it read in a signed 32-bit number.
-    const bool isReadable = info.uncompressed_size <= std::numeric_limits<std::int32_t>::max()
-        && canYieldDeclaredSize(info, m_archiveSize);
+    const bool isReadable
+        = info.uncompressed_size <= std::min(most, MostBytes) && canYieldDeclaredSize(info, m_archiveSize);
     const auto size = isReadable ? static_cast<unsigned>(info.uncompressed_size) : 0;
     void* buffer = isReadable ? std::malloc(size) : nullptr;
     if (isReadable && !buffer) {

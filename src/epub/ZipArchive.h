@@ -4,6 +4,7 @@
 #include "platform/base/String.h"
 #include "platform/zip/MappedZip.h"
 
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,6 +21,9 @@ namespace caddis {
 /// For one thread at a time: each call moves the archive's current member.
 class ZipArchive {
 public:
+    /// The zip library counts what it read in a signed 32-bit number.
+    static constexpr std::uint64_t MostBytes = std::numeric_limits<std::int32_t>::max();
+
     /// Null when the file can't be read or is no zip archive.
     static std::unique_ptr<ZipArchive> initWithZipFile(const String& path);
     ~ZipArchive();
@@ -31,8 +35,8 @@ public:
     /// The member inflated. Checksums are not compared.
     ///
     /// Nil, with a log line: no such member, a damaged directory or member, a length that the member's bytes
-    /// can't yield, or 2 GiB and more.
-    std::optional<Data> dataForNamedFile(const String& name);
+    /// can't yield, more than `most` bytes, or 2 GiB and more.
+    std::optional<Data> dataForNamedFile(const String& name, std::uint64_t most = MostBytes);
 
     /// Opens another file with the library's own file functions, not mapped. False while an archive is open,
     /// and when the file is no zip archive.
@@ -43,7 +47,7 @@ public:
 private:
     explicit ZipArchive(const String& path);
     void readPositions();
-    std::optional<Data> readCurrentFile(const String& name, const unz_file_info64& info);
+    std::optional<Data> readCurrentFile(const String& name, const unz_file_info64& info, std::uint64_t most);
 
     unzFile m_zipFile = nullptr;
     String m_archiveName;

@@ -91,6 +91,13 @@ TEST_F(EPUBContentsTest, JoinsTheTextOfTheSpine)
     EXPECT_EQ(*empty.textContents(), u"");
 }
 
+TEST_F(EPUBContentsTest, PassesOverADocumentThatIsABomb)
+{
+    const std::string bomb = "<body>" + std::string(std::size_t(64) << 20, 'x');
+    EPUBParser book(write({ { { "a.xhtml", bomb }, { "b.xhtml", "<body>rest</body>" } } }));
+    EXPECT_EQ(*book.textContents(), u"rest\n");
+}
+
 TEST_F(EPUBContentsTest, GivesNothingOfAProtectedBookButItsCover)
 {
     EPUBParser book(write({ { { "a.xhtml", "<body>x</body>" } },
