@@ -22,7 +22,8 @@ std::optional<AttributedString> withSuite(const std::string& file)
     const std::string folder = scratch.path().utf8();
     // A name of its own, so that what comes out has a known one.
     const std::string copy = folder + "/document.doc";
-    const ChildLimits limits { .memory = SuiteMemory };
+    // Its parts talk to each other over a local socket, without which it does not start.
+    const ChildLimits limits { .memory = SuiteMemory, .confined = false };
     const auto link = runBounded({ "/bin/ln", "-s", file, copy }, scratch);
     const auto result = runBounded({ *program, "--headless", "--norestore", "--convert-to", "rtf", "--outdir",
                                        folder, "-env:UserInstallation=file://" + folder + "/profile", copy },

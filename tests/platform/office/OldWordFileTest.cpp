@@ -24,7 +24,7 @@ TEST(OldWordFile, AnInstalledSuiteReadsIt)
     const ScratchFolder scratch;
     const TemporaryFolder folder;
     const std::string source = folder.write("a.rtf", "{\\rtf1 plain {\\b bold}\\par}").utf8();
-    const ChildLimits limits { .memory = 4ULL << 30 };
+    const ChildLimits limits { .memory = 4ULL << 30, .confined = false };
     const auto made
         = runBounded({ *suite, "--headless", "--convert-to", "doc", "--outdir", scratch.path().utf8(),
                          "-env:UserInstallation=file://" + scratch.path().utf8() + "/profile", source },
