@@ -110,7 +110,6 @@ std::unique_ptr<HelperTask> HelperNursery::raise()
         end(*helper);
         return nullptr;
     }
-    ++m_launched;
     if (m_settings.warmUp) {
         try {
             m_settings.warmUp(HelperProxy(*proxy));
@@ -118,6 +117,7 @@ std::unique_ptr<HelperTask> HelperNursery::raise()
         }
     }
     removeConnectionRegisteredWithName(helper->registeredProxyName());
+    ++m_launched;
     return helper;
 }
 
