@@ -115,10 +115,11 @@ const Style& StyleSheet::resolved(const String& name) const
         return plain;
     }
     Style result;
-    for (auto style = chain.rbegin(); style != chain.rend(); ++style) {
-        result.letters.lay((*style)->letters);
-        result.paragraph.lay((*style)->paragraph);
-        take(result.cellBorder, (*style)->cellBorder);
+    for (std::size_t left = chain.size(); left > 0; --left) {
+        const Style& style = *chain[left - 1];
+        result.letters.lay(style.letters);
+        result.paragraph.lay(style.paragraph);
+        take(result.cellBorder, style.cellBorder);
     }
     return m_resolved.emplace(name, std::move(result)).first->second;
 }

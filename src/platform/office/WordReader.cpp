@@ -27,6 +27,7 @@ WordReader::WordReader(const Parts* parts)
 {
 }
 
+// NOLINTNEXTLINE(readability-function-size): a table
 const std::unordered_map<std::string_view, WordReader::Element>& WordReader::elements()
 {
     using R = WordReader;
