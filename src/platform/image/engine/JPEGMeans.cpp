@@ -241,7 +241,7 @@ private:
     {
         for (std::size_t at = 0; at < body.size();) {
             const bool isWide = body.u8(at) >> 4 != 0;
-            m_quantization[body.u8(at) & 3] = isWide ? body.be16(at + 1) : body.u8(at + 1);
+            m_quantization[body.u8(at) & 3] = static_cast<int>(isWide ? body.be16(at + 1) : body.u8(at + 1));
             at += 1 + 64 * (isWide ? 2U : 1U);
         }
     }

@@ -23,7 +23,6 @@ public:
         : m_bytes(data.chars())
         , m_data(data)
         , m_kind(m_bytes.at(1))
-        , m_place(2)
     {
         m_isText = m_kind >= '1' && m_kind <= '3';
         m_isFloat = m_kind == 'F' || m_kind == 'f';
@@ -177,7 +176,7 @@ private:
     std::string_view m_bytes;
     Data m_data;
     char m_kind;
-    std::size_t m_place; // Behind the header.
+    std::size_t m_place = 2; // Behind the header.
     std::uint32_t m_wide = 0;
     std::uint32_t m_high = 0;
     std::uint32_t m_samples = 1; // Of a pixel.
