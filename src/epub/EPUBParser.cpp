@@ -14,8 +14,8 @@ namespace caddis {
 
 namespace {
 
-// A member of 64 KB can inflate to that.
-constexpr std::uint64_t MostMemberBytes = std::uint64_t(64) << 20;
+// A member of 32 KB can inflate to that.
+constexpr std::uint64_t MostMemberBytes = std::uint64_t(32) << 20;
 
 } // namespace
 
@@ -72,8 +72,8 @@ std::optional<Data> EPUBParser::dataForNamedFile(const String& name)
     if (m_archive)
         return m_archive->dataForNamedFile(name, MostMemberBytes);
     const auto path = pathInCopy(name);
-    auto data = path ? MappedFile::open(*path) : std::nullopt;
-    return data && data->size() <= MostMemberBytes ? std::move(data) : std::nullopt;
+    const auto data = path ? MappedFile::open(*path) : std::nullopt;
+    return data && data->size() > MostMemberBytes ? data->slice({ 0, MostMemberBytes }) : data;
 }
 
 // Where the member is, links resolved; nil when it isn't there or lies outside the copy.

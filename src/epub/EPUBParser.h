@@ -61,7 +61,7 @@ public:
 
     /// A book that is a folder is first copied (see unzippedEPUB), and names can't lead out of the copy.
     bool testForNamedFile(const String& name);
-    /// Nil also for a member of more than 64 MiB, which no document of a book has.
+    /// Of a member of more than 32 MiB, which no document of a book has, the first so many bytes.
     std::optional<Data> dataForNamedFile(const String& name);
 
     /// A fresh path in the temporary folder, named after the book; nothing is made there.

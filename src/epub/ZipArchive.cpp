@@ -100,9 +100,9 @@ std::optional<Data> ZipArchive::dataForNamedFile(const String& name, std::uint64
 std::optional<Data> ZipArchive::readCurrentFile(
     const String& name, const unz_file_info64& info, std::uint64_t most)
 {
-    const bool isReadable
-        = info.uncompressed_size <= std::min(most, MostBytes) && canYieldDeclaredSize(info, m_archiveSize);
-    const auto size = isReadable ? static_cast<unsigned>(info.uncompressed_size) : 0;
+    const bool isReadable = info.uncompressed_size <= MostBytes && canYieldDeclaredSize(info, m_archiveSize);
+    const auto size
+        = isReadable ? static_cast<unsigned>(std::min<std::uint64_t>(info.uncompressed_size, most)) : 0;
     void* buffer = isReadable ? std::malloc(size) : nullptr;
     if (isReadable && !buffer) {
         unzCloseCurrentFile(m_zipFile);

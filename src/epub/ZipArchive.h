@@ -32,10 +32,10 @@ public:
 
     bool testForNamedFile(const String& name);
 
-    /// The member inflated. Checksums are not compared.
+    /// The member inflated, of a longer one the first `most` bytes. Checksums are not compared.
     ///
     /// Nil, with a log line: no such member, a damaged directory or member, a length that the member's bytes
-    /// can't yield, more than `most` bytes, or 2 GiB and more.
+    /// can't yield, or 2 GiB and more.
     std::optional<Data> dataForNamedFile(const String& name, std::uint64_t most = MostBytes);
 
     /// Opens another file with the library's own file functions, not mapped. False while an archive is open,
