@@ -84,7 +84,7 @@ template <typename Take> void RuleIndex::candidates(const html::Node& node, Take
 
 std::size_t Cascade::KeyHash::operator()(const Key& key) const
 {
-    std::size_t hash = reinterpret_cast<std::uintptr_t>(key.parent);
+    auto hash = reinterpret_cast<std::uintptr_t>(key.parent);
     for (const void* const block : key.blocks)
         hash = (hash << 7 ^ hash >> 9) * 0x9E3779B97F4A7C15 + reinterpret_cast<std::uintptr_t>(block);
     return hash ^ hash >> 29;

@@ -54,7 +54,7 @@ static_assert(Rows[static_cast<std::size_t>(Tag::Table)].name == u"table");
 std::unordered_map<std::u16string_view, Tag> tagsByName()
 {
     std::unordered_map<std::u16string_view, Tag> tags;
-    for (std::size_t index = static_cast<std::size_t>(Tag::A); index < Count; ++index)
+    for (auto index = static_cast<std::size_t>(Tag::A); index < Count; ++index)
         tags.emplace(Rows[index].name, static_cast<Tag>(index));
     tags.emplace(u"image", Tag::Img);
     return tags;
