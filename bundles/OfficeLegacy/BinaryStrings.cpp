@@ -54,7 +54,7 @@ String RecordReader::characters(std::size_t length, bool isWide)
             isWide = !isAtEnd() && (u8() & Wide) != 0;
             continue;
         }
-        units += isWide ? u16() : u8();
+        units += static_cast<char16_t>(isWide ? u16() : u8());
     }
     return String(units);
 }

@@ -19,7 +19,7 @@ constexpr std::uint32_t MaximumProperties = 1000;
 constexpr std::uint32_t CodePageIdentifier = 1;
 enum Type : std::uint16_t { Int16 = 2, Int32 = 3, CodePageText = 30, Utf16Text = 31, FileTime = 64 };
 
-struct Row {
+struct Row { // NOLINT(clang-analyzer-optin.performance.Padding): in the order that reads well
     std::uint32_t identifier;
     const char* key;
     Form form = Form::String;

@@ -1,5 +1,6 @@
 #include "bundles/support/SheetNumbers.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <chrono>
@@ -32,11 +33,8 @@ bool isDateFormat(unsigned identifier)
 {
     constexpr std::array<std::array<unsigned, 2>, 4> Ranges { { { 14, 22 }, { 27, 36 }, { 45, 47 },
         { 50, 58 } } };
-    for (const auto& [first, last] : Ranges) {
-        if (identifier >= first && identifier <= last)
-            return true;
-    }
-    return false;
+    return std::ranges::any_of(
+        Ranges, [=](const auto& range) { return identifier >= range[0] && identifier <= range[1]; });
 }
 
 bool isDateFormat(std::string_view code)
@@ -86,7 +84,7 @@ std::string dateText(double days, SheetEpoch epoch)
         return std::string(
             text.data(), static_cast<std::size_t>(std::snprintf(text.data(), text.size(), format, parts...)));
     };
-    const std::string time = write("%02d:%02d:%02d", seconds / 3600, seconds / 60 % 60, seconds % 60);
+    std::string time = write("%02d:%02d:%02d", seconds / 3600, seconds / 60 % 60, seconds % 60);
     if (days < 1)
         return time;
     const std::string written = write("%04d-%02u-%02u", static_cast<int>(date.year()),

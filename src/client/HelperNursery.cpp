@@ -19,7 +19,13 @@ bool wasKilledFromOutside(const HelperTask& helper)
     constexpr int Signalled = 128; // A task's status adds it to the signal.
     Task* const task = helper.launchedTask();
     const auto status = task ? task->terminationStatus() : std::nullopt;
-    return status == Signalled + SIGKILL || status == Signalled + SIGTERM;
+    switch (status.value_or(0) - Signalled) {
+    case SIGKILL:
+    case SIGTERM:
+        return true;
+    default:
+        return false;
+    }
 }
 
 String nextName()

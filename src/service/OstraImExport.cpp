@@ -39,6 +39,7 @@ Result setImage(const Arguments&)
 
 } // namespace
 
+// NOLINTNEXTLINE(readability-function-size): all that the helper answers, in one table
 RemoteObject ostraImExport(CaddisHelper& helper)
 {
     const auto terminate = [&](const Arguments&) -> Result { helper.terminate(); };
