@@ -112,7 +112,7 @@ std::optional<BatchOptions> readBatchOptions(const std::vector<std::string>& wor
         else if (option != valueOptions().end()) {
             const std::string value = ++index < words.size() ? words[index] : "";
             if (!option->second(options, value)) {
-                mistake = word + " cannot be \"" + value + '"';
+                mistake.assign(word).append(" cannot be \"").append(value).append("\"");
                 return std::nullopt;
             }
         } else if (!readSwitch(options, word)) {

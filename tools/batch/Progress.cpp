@@ -1,5 +1,6 @@
 #include "Progress.h"
 
+#include <cmath>
 #include <cstdio>
 #include <unistd.h>
 
@@ -21,7 +22,7 @@ std::string grouped(std::uint64_t number)
 
 std::string duration(double seconds)
 {
-    const auto whole = static_cast<long>(seconds + 0.5);
+    const auto whole = std::lround(seconds);
     char text[32] = {};
     if (whole >= 3600)
         std::snprintf(text, sizeof text, "%ld:%02ld:%02ld", whole / 3600, whole / 60 % 60, whole % 60);
