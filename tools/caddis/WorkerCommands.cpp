@@ -19,6 +19,7 @@ ExitCode become(const char* command, const Invocation& invocation)
     std::vector<std::string> words = invocation.arguments;
     words.insert(words.begin(), { program, command });
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words)
         pointers.push_back(word.data());
     pointers.push_back(nullptr);

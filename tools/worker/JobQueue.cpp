@@ -83,7 +83,7 @@ void JobQueue::Implementation::addStream(
     const std::string& streamName, const std::string& subject, jsRetentionPolicy retention) const
 {
     jsStreamInfo* information = nullptr;
-    jsErrCode code = static_cast<jsErrCode>(0);
+    auto code = static_cast<jsErrCode>(0);
     if (js_GetStreamInfo(&information, stream.get(), streamName.c_str(), nullptr, &code) != NATS_OK) {
         const char* subjects[] = { subject.c_str() };
         jsStreamConfig config;
@@ -119,7 +119,7 @@ void JobQueue::subscribe(unsigned patience)
     options.Config.MaxAckPending = MostOutstanding;
     options.Config.MaxDeliver = -1; // The dead are counted here, so that none is lost without a word.
     natsSubscription* made = nullptr;
-    jsErrCode code = static_cast<jsErrCode>(0);
+    auto code = static_cast<jsErrCode>(0);
     check(js_PullSubscribe(&made, m_implementation->stream.get(), (m_implementation->name + ".jobs").c_str(),
               ConsumerName, nullptr, &options, &code),
         "subscribing", code);
