@@ -6,6 +6,7 @@
 #include <netinet/in.h>
 #include <optional>
 #include <poll.h>
+#include <stdexcept>
 #include <string>
 #include <sys/socket.h>
 #include <thread>
@@ -30,9 +31,10 @@ public:
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t size = sizeof address;
-        bind(m_listener, reinterpret_cast<sockaddr*>(&address), size);
-        listen(m_listener, 16);
-        getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &size);
+        auto* const place = reinterpret_cast<sockaddr*>(&address);
+        if (bind(m_listener, place, size) != 0 || listen(m_listener, 16) != 0
+            || getsockname(m_listener, place, &size) != 0)
+            throw std::runtime_error("no port of this machine is free");
         m_port = ntohs(address.sin_port);
         m_thread = std::thread([this] { serve(); });
     }
