@@ -13,7 +13,7 @@ namespace caddis {
 namespace {
 
 // A GIF of two pixels.
-const std::string Picture("GIF89a\2\0\1\0\x80\0\0\xFF\0\0\0\0\xFF,\0\0\0\0\2\0\1\0\0\2\2D\n\0;", 36);
+const std::string Picture("GIF89a\2\0\1\0\x80\0\0\xFF\0\0\0\0\xFF,\0\0\0\0\2\0\1\0\0\2\2D\n\0;", 35);
 
 // A book under construction: documents in reading order, other members, an NCX.
 struct Book {

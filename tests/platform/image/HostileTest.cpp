@@ -103,8 +103,10 @@ TEST(HostilePictures, AnSVGSeesNothingButItself)
     std::string entities = "<!DOCTYPE svg [<!ENTITY a0 'aaaaaaaaaaaaaaaa'>";
     for (int level = 1; level < 12; ++level) {
         const std::string inner = "&a" + std::to_string(level - 1) + ";";
-        entities += "<!ENTITY a" + std::to_string(level) + " '" + inner + inner + inner + inner + inner
-            + inner + inner + inner + "'>";
+        entities.append("<!ENTITY a").append(std::to_string(level)).append(" '");
+        for (int count = 0; count < 8; ++count)
+            entities += inner;
+        entities += "'>";
     }
     EXPECT_LT(growth([&] {
         if (const auto bomb = sourceOf(entities + "]>" + head + "<text>&a11;</text></svg>"))
@@ -124,7 +126,7 @@ TEST(HostilePictures, SizesThatAreOnlyClaimedCostNothing)
     std::string psd = bytesOfPicture("quarters.psd");
     psd.replace(14, 8, be32(side) + be32(side));
     std::string tga("\0\0\x0A\0\0\0\0\0\0\0\0\0\xFF\xFF\xFF\xFF\x20\0", 18);
-    const std::string gif("GIF89a\xFF\xFF\xFF\xFF\0\0\0,\0\0\0\0\xFF\xFF\xFF\xFF\0\2\2D\1\0;", 30);
+    const std::string gif("GIF89a\xFF\xFF\xFF\xFF\0\0\0,\0\0\0\0\xFF\xFF\xFF\xFF\0\2\2D\1\0;", 29);
     const std::string svg = "<svg xmlns='http://www.w3.org/2000/svg' width='65535' height='65535'/>";
     for (const std::string& file :
         { heic, bmp, psd, tga + "x", gif, std::string("P6 65535 65535 255\n"), svg }) {

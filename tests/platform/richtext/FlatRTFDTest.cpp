@@ -16,7 +16,7 @@ FileWrapper file(std::u16string_view name, std::size_t size)
 
 TEST(FlatRTFD, PutsLongMembersOnPages)
 {
-    for (const std::size_t size : { 0, 1, 4095, 4096, 4097, 100000 }) {
+    for (const std::size_t size : { 0U, 1U, 4095U, 4096U, 4097U, 100000U }) {
         FileWrapper folder = FileWrapper::folder({}, { file(u"a.png", size), file(u"TXT.rtf", 10) });
         folder.members[0].attributes = { 77, 0644, { 1, 2 } };
         folder.recordIndex = 1;
@@ -49,7 +49,7 @@ TEST(FlatRTFD, RefusesWhatDoesNotLieInItsBlock)
     const std::string whole(written.chars());
     for (std::size_t size = 0; size < whole.size(); ++size)
         EXPECT_FALSE(fileWrapperWithFlatRTFD(Data::copyOf(whole.substr(0, size)))) << size;
-    for (const std::size_t word : { 12, 16, 27, 35 }) {
+    for (const std::size_t word : { 12U, 16U, 27U, 35U }) {
         std::string huge = whole;
         huge.replace(word, 4, "\xFF\xFF\xFF\x7F");
         EXPECT_FALSE(fileWrapperWithFlatRTFD(Data::copyOf(huge))) << word;

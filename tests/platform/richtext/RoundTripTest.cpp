@@ -42,7 +42,7 @@ struct Comparable {
             && a.tables() == b.tables() && a.documentAttributes == b.documentAttributes
             && left.attachments == right.attachments;
     }
-    friend void PrintTo(const Comparable& text, std::ostream* out) { *out << text.trace; }
+    friend void PrintTo(const Comparable& comparable, std::ostream* out) { *out << comparable.trace; }
 
     std::string trace;
     AttributedString text;
