@@ -77,6 +77,7 @@ protected:
             EXPECT_TRUE(records.emplace(job.tag, record).second) << "two records for one job";
         });
         std::vector<HelperRecord> result;
+        result.reserve(records.size());
         for (auto& [tag, record] : records)
             result.push_back(std::move(record));
         EXPECT_EQ(result.size(), jobs.size());
@@ -95,6 +96,7 @@ TEST_F(HelperPoolTest, EachJobHasOneRecordWhateverHappensToItsHelper)
 {
     HelperPool pool(settings(2));
     std::vector<HelperJob> jobs;
+    jobs.reserve(41);
     for (int count = 0; count < 40; ++count)
         jobs.push_back(job(count % 10 == 3 ? script(u"kill -SEGV $PPID"_s) : ping()));
     jobs.push_back({ folder.path("nowhere"), { ping() } });
