@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::string_view Version = "2639"; // Readers of the platform take its own words from such writers.
 
+// Characters with a word of their own: as bare numbers, most readers show nothing for them.
+constexpr std::u16string_view Breaks = u"\u2028\f";
+
 long twips(double points) { return std::abs(points) < 1e6 ? std::lround(points * 20) : 0; }
 
 std::string_view alignmentWord(TextAlignment alignment)
@@ -220,7 +223,14 @@ void Writer::piece(std::u16string_view text, const CharacterStyle& style)
     if (style.attachment != CharacterStyle::NoAttachment)
         return attachment(style);
     characterProperties(style);
-    appendEscaped(m_out, text);
+    while (true) {
+        const std::size_t found = text.find_first_of(Breaks);
+        appendEscaped(m_out, text.substr(0, found));
+        if (found == text.npos)
+            return;
+        m_out += text[found] == LineSeparator ? "\\line " : "\\page ";
+        text.remove_prefix(found + 1);
+    }
 }
 
 // A field is a group: what is set inside it ends with it.
@@ -285,8 +295,11 @@ void Writer::characterProperties(const CharacterStyle& style)
     }
     if (isFirst || old.foreground != style.foreground)
         appendWord(m_out, "cf", static_cast<long>(m_tables.color(style.foreground)));
-    if (old.background != style.background)
-        appendWord(m_out, "cb", static_cast<long>(m_tables.color(style.background)));
+    if (old.background != style.background) {
+        const auto color = static_cast<long>(m_tables.color(style.background));
+        appendWord(m_out, "cb", color); // The platform's word; the others know the next one.
+        appendWord(m_out, "chcbpat", color);
+    }
     if (old.underline != style.underline)
         m_out += underlineWord(style.underline);
     if (old.strikethrough != style.strikethrough)

@@ -58,6 +58,27 @@ TEST(RTFWriter, ReadsBackLetters)
     EXPECT_EQ(readBack(text), text);
 }
 
+bool isIn(const AttributedString& text, std::string_view words)
+{
+    return RTFFromString(text, {}).chars().find(words) != std::string_view::npos;
+}
+
+TEST(RTFWriter, UsesTheWordsThatOtherReadersKnow)
+{
+    AttributedStringBuilder builder;
+    CharacterStyle marked;
+    marked.background = TextColor::fromBytes(255, 255, 0);
+    builder.append(u"one\u20282\f\u2028", {});
+    builder.append(u"marked", marked);
+    builder.append(u"link", linked(u"http://a/{b}\u2028"));
+    const AttributedString text = std::move(builder).finish();
+    EXPECT_EQ(readBack(text), text);
+    EXPECT_TRUE(isIn(text, "one\\line 2\\page \\line ")) << "nothing is shown for \\u8232";
+    EXPECT_TRUE(isIn(text, "\\cb2\\chcbpat2 marked")) << "\\cb alone is ours";
+    EXPECT_TRUE(isIn(text, "\\cb0\\chcbpat0"));
+    EXPECT_TRUE(isIn(text, "http://a/\\{b\\}\\uc0\\u8232 \"")) << "words are not text in instructions";
+}
+
 TEST(RTFWriter, ReadsBackLinksAcrossParagraphs)
 {
     AttributedStringBuilder builder;
