@@ -21,8 +21,9 @@ int freePort()
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
-    bind(probe, reinterpret_cast<sockaddr*>(&address), size);
-    getsockname(probe, reinterpret_cast<sockaddr*>(&address), &size);
+    auto* const place = reinterpret_cast<sockaddr*>(&address);
+    EXPECT_EQ(bind(probe, place, size), 0);
+    EXPECT_EQ(getsockname(probe, place, &size), 0);
     close(probe);
     return ntohs(address.sin_port);
 }

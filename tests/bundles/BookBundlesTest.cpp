@@ -148,11 +148,11 @@ TEST_F(BookBundles, ReadRichTextAndWebArchives)
 std::string djvuPage(const std::string& text)
 {
     const std::string info = bigEndian(100, 2) + bigEndian(50, 2) + std::string("\x1A\0\x64\0\x16\1", 6);
-    constexpr int Middle = 0x8000; // numbers below it are negative
+    constexpr unsigned Middle = 0x8000; // numbers below it are negative
     std::string hidden = bigEndian(text.size(), 3) + text + '\1'; // version
     hidden += '\1'; // a zone that is a page: place, size, text, no zones inside
-    for (const int number : { 0, 0, 100, 50, 0 })
-        hidden += bigEndian(static_cast<std::uint64_t>(Middle + number), 2);
+    for (const unsigned number : { 0U, 0U, 100U, 50U, 0U })
+        hidden += bigEndian(Middle + number, 2);
     hidden += bigEndian(text.size(), 3) + bigEndian(0, 3);
     if (hidden.size() % 2 != 0)
         hidden += '\0';

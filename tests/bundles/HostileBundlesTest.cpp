@@ -128,7 +128,7 @@ TEST_F(HostileFiles, ThatAreFontsDoNoHarm)
     const std::string good { std::istreambuf_iterator<char>(file), {} };
     ASSERT_FALSE(good.empty());
     std::uint32_t state = 7;
-    for (int round = 0; round < 60; ++round) {
+    for (unsigned round = 0; round < 60; ++round) {
         std::string bad = good;
         for (int i = 0; i < 20; ++i) {
             state = state * 1664525 + 1013904223;

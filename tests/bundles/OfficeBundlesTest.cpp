@@ -97,7 +97,7 @@ std::string record(int type, const std::string& body)
 {
     return littleEndian(static_cast<unsigned>(type), 2) + littleEndian(body.size(), 2) + body;
 }
-std::string cell(int row, int style)
+std::string cell(unsigned row, unsigned style)
 {
     return littleEndian(row, 2) + littleEndian(0, 2) + littleEndian(style, 2);
 }

@@ -54,7 +54,8 @@ TEST(RichTextRequests, AreReachedByTheTool)
     EXPECT_NE(json.output.find("\"attachments\": [\"p.png\"]"), std::string::npos) << json.output;
     for (const auto* const kind : { "rtfd", "rtf", "txt" }) {
         const std::string target = folder.path("b.").utf8() + kind;
-        EXPECT_EQ(run(CADDIS_TOOL " richtext " + source + " -o " + target).status, 0);
+        std::string command = CADDIS_TOOL " richtext ";
+        EXPECT_EQ(run(command.append(source).append(" -o ").append(target)).status, 0);
         EXPECT_NE(run(CADDIS_TOOL " richtext " + target).output.find("see this"), std::string::npos) << kind;
     }
     EXPECT_TRUE(FileSystem::isDirectory(folder.path("b.rtfd")));

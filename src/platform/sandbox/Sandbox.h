@@ -10,8 +10,8 @@
 /// on, so that whoever takes it over gains nothing:
 ///
 ///     files     read everywhere; written, made and removed only below one scratch folder
-///     programs  started only below /usr, /bin, /sbin, /lib, /lib64, /opt, beside this program and its modules
-///     network   no socket of any kind, the user's own sockets included; what is open stays usable
+///     programs  started only below /usr, /bin, /sbin, /lib, /lib64, /opt, beside this program and its
+///     modules network   no socket of any kind, the user's own sockets included; what is open stays usable
 ///     kernel    no calls that only those need who administer, trace or escape, none that change the owner,
 ///               mode, times or attributes of files; no privileges by set-user-id programs
 ///
