@@ -15,8 +15,8 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 constexpr std::array<bool, 256> isPlain = [] {
     std::array<bool, 256> plain {};
     plain.fill(true);
-    for (const unsigned char special : { '\\', '{', '}', '\n', '\r', '\0' })
-        plain[special] = false;
+    for (const char special : { '\\', '{', '}', '\n', '\r', '\0' })
+        plain[static_cast<unsigned char>(special)] = false;
     return plain;
 }();
 

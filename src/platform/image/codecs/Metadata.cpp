@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <exiv2/exiv2.hpp>
+#include <memory>
 #include <mutex>
 
 namespace caddis::image {
@@ -26,10 +27,11 @@ void prepare()
     });
 }
 
-Exiv2::Image::AutoPtr opened(const Data& file)
+std::unique_ptr<Exiv2::Image> opened(const Data& file)
 {
     prepare();
-    auto image = Exiv2::ImageFactory::open(file.bytes(), static_cast<long>(file.size()));
+    std::unique_ptr<Exiv2::Image> image(
+        Exiv2::ImageFactory::open(file.bytes(), static_cast<long>(file.size())).release());
     image->readMetadata();
     Exiv2::XmpProperties::unregisterNs(); // It keeps those of every file.
     return image;

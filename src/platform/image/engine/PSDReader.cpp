@@ -221,8 +221,9 @@ private:
             return row[x / 8] >> (7 - x % 8) & 1 ? 0 : 255;
         if (m_depth < 32)
             return row[x * m_depth / 8];
-        const auto bits = std::uint32_t { row[x * 4] } << 24 | row[x * 4 + 1] << 16 | row[x * 4 + 2] << 8
-            | row[x * 4 + 3];
+        std::uint32_t bits = 0;
+        for (std::size_t index = 0; index < 4; ++index)
+            bits = bits << 8 | row[x * 4 + index];
         const auto value = std::bit_cast<float>(bits);
         const double shown = value > 0 ? std::pow(std::min(value, 1.0F), 1 / 2.2) : 0; // They are linear.
         return static_cast<std::uint8_t>(std::lrint(shown * 255));
