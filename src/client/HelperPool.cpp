@@ -3,6 +3,7 @@
 #include "client/FailureMemory.h"
 #include "client/PooledHelper.h"
 
+#include <cstdio>
 #include <exception>
 #include <filesystem>
 
@@ -31,7 +32,9 @@ String versionOf(const String& helper)
             hash = (hash ^ number) * 0x100000001b3;
         sum += std::exchange(hash, 0xcbf29ce484222325);
     }
-    return format(u"%d", sum);
+    char digits[17] = {};
+    std::snprintf(digits, sizeof digits, "%016llx", static_cast<unsigned long long>(sum));
+    return String::fromLatin1(digits);
 }
 
 } // namespace
