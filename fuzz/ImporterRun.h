@@ -43,6 +43,7 @@ inline CaddisHost countingHost()
     };
     host.should_stop = [] { return 0; };
     host.log = [](const char*) {};
+    host.note_left_out = [](const char*) {};
     return host;
 }
 

@@ -2,6 +2,7 @@
 #include "bundles/support/Properties.h"
 #include "bundles/support/TextSink.h"
 #include "bundles/support/Utf8.h"
+#include "platform/base/LeftOut.h"
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -61,14 +62,16 @@ bool importFile(Attributes& attributes, std::string_view, const std::string& pat
         return false;
     TextSink text(attributes);
     archive_entry* entry = nullptr;
-    for (int count = 0;
-         count < MaximumMembers && archive_read_next_header(reader.get(), &entry) >= ARCHIVE_WARN; ++count) {
+    for (int count = 0; archive_read_next_header(reader.get(), &entry) >= ARCHIVE_WARN; ++count) {
         const std::string_view name = nameOf(entry);
         if (endsWithNoCase(name, "ComicInfo.xml"))
             readComicInfo(reader.get(), attributes);
-        if (!text.appendLine(name) || attributes.shouldStop()
-            || archive_filter_bytes(reader.get(), 0) > MaximumUnpacked)
+        if (!text.appendLine(name) || attributes.shouldStop())
             break;
+        if (count == MaximumMembers || archive_filter_bytes(reader.get(), 0) > MaximumUnpacked) {
+            noteLeftOut(u"the rest of an archive that has very many members or inflates to very much");
+            break;
+        }
     }
     return !text.isEmpty();
 }

@@ -1,6 +1,7 @@
 #include "bundles/support/Importer.h"
 #include "bundles/support/Properties.h"
 #include "bundles/support/TextSink.h"
+#include "platform/base/LeftOut.h"
 
 #include <libdjvu/ddjvuapi.h>
 #include <libdjvu/miniexp.h>
@@ -111,6 +112,8 @@ bool importFile(Attributes& attributes, std::string_view, const std::string& pat
     document.setSize(attributes);
     document.setMetadata(attributes);
     TextSink text(attributes);
+    if (pages > MaximumPages)
+        noteLeftOut(u"pages after the first 10,000");
     for (int page = 0; page < std::min(pages, MaximumPages) && !text.isFull() && !attributes.shouldStop();
          ++page)
         document.appendText(page, text);

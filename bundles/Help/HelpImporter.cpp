@@ -3,6 +3,7 @@
 #include "bundles/support/TextSink.h"
 #include "bundles/support/Utf8.h"
 #include "markup/MarkupData.h"
+#include "platform/base/LeftOut.h"
 
 #include <algorithm>
 #include <chm_lib.h>
@@ -30,6 +31,8 @@ public:
     std::string read(chmUnitInfo& unit, std::size_t limit)
     {
         const auto wanted = std::min<std::size_t>({ unit.length, limit, m_left });
+        if (wanted < unit.length)
+            noteLeftOut(u"pages beyond 16 MiB each or 128 MiB together");
         std::string bytes(wanted, '\0');
         const LONGINT64 count = chm_retrieve_object(m_file.get(), &unit,
             reinterpret_cast<unsigned char*>(bytes.data()), 0, static_cast<LONGINT64>(wanted));

@@ -2,6 +2,7 @@
 #include "bundles/support/Importer.h"
 #include "bundles/support/Properties.h"
 #include "bundles/support/TextSink.h"
+#include "platform/base/LeftOut.h"
 
 #include <filesystem>
 #include <librevenge-generators/librevenge-generators.h>
@@ -38,6 +39,8 @@ public:
     void spend(std::size_t bytes)
     {
         m_left -= std::min(bytes, m_left);
+        if (m_left == 0)
+            noteLeftOut(u"text beyond 16 MiB");
         if (m_left == 0 || m_attributes.shouldStop())
             throw Enough();
     }

@@ -2,6 +2,7 @@
 
 #include "bundles/OfficeOpen/Relationships.h"
 #include "bundles/support/SheetNumbers.h"
+#include "platform/base/LeftOut.h"
 
 #include <charconv>
 #include <deque>
@@ -33,7 +34,13 @@ public:
             m_size += text.size();
         }
     }
-    bool isDone() const override { return m_size > MaximumSize || m_strings.size() > MaximumStrings; }
+    bool isDone() const override
+    {
+        const bool isFull = m_size > MaximumSize || m_strings.size() > MaximumStrings;
+        if (isFull)
+            noteLeftOut(u"texts of cells after the first million, or beyond 16 MiB");
+        return isFull;
+    }
 
     std::string_view at(std::string_view number) const
     {

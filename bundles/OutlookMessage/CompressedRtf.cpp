@@ -1,6 +1,7 @@
 #include "bundles/OutlookMessage/CompressedRtf.h"
 
 #include "bundles/support/LittleEndian.h"
+#include "platform/base/LeftOut.h"
 
 #include <algorithm>
 #include <array>
@@ -42,6 +43,8 @@ std::optional<std::string> decompressRtf(std::string_view bytes)
 {
     const std::uint32_t kind = u32(bytes, 8);
     const std::size_t size = std::min<std::size_t>(u32(bytes, 4), MaximumText);
+    if (size < u32(bytes, 4))
+        noteLeftOut(u"text beyond 16 MiB");
     if (kind == StoredKind)
         return std::string(part(bytes, HeadSize, size));
     if (kind != CompressedKind)

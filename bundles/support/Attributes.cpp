@@ -1,14 +1,28 @@
 #include "bundles/support/Attributes.h"
 
 #include "bundles/support/Utf8.h"
+#include "platform/base/LeftOut.h"
 
 #include <cmath>
 
 namespace caddis::bundles {
 
+namespace {
+
+std::string_view attributeOf(std::string_view utf8)
+{
+    const std::string_view text = trimmed(utf8);
+    if (text.size() <= Attributes::MaximumString)
+        return text;
+    noteLeftOut(u"an attribute beyond 64 KiB");
+    return wholeCharacters(text.substr(0, Attributes::MaximumString));
+}
+
+} // namespace
+
 void Attributes::setString(const char* key, std::string_view utf8)
 {
-    const std::string_view value = wholeCharacters(trimmed(utf8).substr(0, MaximumString));
+    const std::string_view value = attributeOf(utf8);
     if (!value.empty())
         m_host.set_string(m_dictionary, key, value.data(), value.size());
 }
@@ -40,16 +54,19 @@ void Attributes::setDate(const char* key, std::optional<double> secondsSince1970
 
 void Attributes::addString(const char* key, std::string_view utf8)
 {
-    const std::string_view value = wholeCharacters(trimmed(utf8).substr(0, MaximumString));
-    if (!value.empty() && m_items < MaximumItems) {
-        ++m_items;
-        m_host.add_string(m_dictionary, key, value.data(), value.size());
-    }
+    const std::string_view value = attributeOf(utf8);
+    if (value.empty())
+        return;
+    if (m_items == MaximumItems)
+        return noteLeftOut(u"entries of lists after the first 10,000");
+    ++m_items;
+    m_host.add_string(m_dictionary, key, value.data(), value.size());
 }
 
 void Attributes::addParts(const char* key, std::string_view utf8, std::string_view separators)
 {
-    while (!utf8.empty() && m_items < MaximumItems) {
+    for (bool hasRoom = true; !utf8.empty() && hasRoom;) {
+        hasRoom = m_items < MaximumItems;
         const auto end = std::min(utf8.find_first_of(separators), utf8.size());
         addString(key, utf8.substr(0, end));
         utf8.remove_prefix(std::min(end + 1, utf8.size()));

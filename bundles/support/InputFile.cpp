@@ -1,4 +1,5 @@
 #include "bundles/support/InputFile.h"
+#include "platform/base/LeftOut.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -33,6 +34,8 @@ std::optional<std::string> readFile(const std::string& path, std::size_t limit)
     struct stat status { };
     if (file.number < 0 || fstat(file.number, &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
+    if (limit >= MaximumFile && static_cast<std::size_t>(status.st_size) > limit)
+        noteLeftOut(limit == MaximumFile ? u"the file beyond 64 MiB" : u"the end of a very large file");
     std::string bytes(std::min(static_cast<std::size_t>(status.st_size), limit), '\0');
     std::size_t filled = 0;
     while (filled < bytes.size()) {

@@ -1,4 +1,5 @@
 #include "bundles/support/Importer.h"
+#include "platform/base/LeftOut.h"
 
 #include <atomic>
 #include <exception>
@@ -43,7 +44,11 @@ unsigned char importData(void*, CaddisValue* dictionary, const char* contentType
 {
     try {
         Attributes attributes(*theObject.host, dictionary);
-        return importFile(attributes, contentType ? contentType : "", path ? path : "");
+        takeLeftOut();
+        const bool isRead = importFile(attributes, contentType ? contentType : "", path ? path : "");
+        for (const String& what : takeLeftOut())
+            theObject.host->note_left_out(what.utf8().c_str());
+        return isRead;
     } catch (const std::exception& exception) {
         theObject.host->log(exception.what());
     } catch (...) {

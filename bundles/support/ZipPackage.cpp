@@ -1,4 +1,5 @@
 #include "bundles/support/ZipPackage.h"
+#include "platform/base/LeftOut.h"
 
 #include <algorithm>
 #include <minizip/unzip.h>
@@ -63,6 +64,8 @@ bool ZipPackage::read(const std::string& name, FunctionRef<bool(std::string_view
     while (wantsMore
         && (count = unzReadCurrentFile(file, piece.data(), static_cast<unsigned>(piece.size()))) > 0) {
         const auto size = static_cast<std::size_t>(count);
+        if (size > m_left)
+            noteLeftOut(u"what the parts of the document inflate to beyond 128 MiB");
         wantsMore = size <= m_left && sink(std::string_view(piece).substr(0, size));
         m_left -= std::min(size, m_left);
     }

@@ -38,7 +38,9 @@ std::optional<FileState> stateOfFile(const String& path, String& whyNot)
     const std::string name = path.utf8();
     struct stat status = {};
     if (stat(name.c_str(), &status) != 0 || access(name.c_str(), R_OK) != 0) {
-        whyNot = String::fromUtf8(std::strerror(errno));
+        const bool mayBeMisspelt
+            = errno == ENOENT && path.view().find(u'\xFFFD') != std::u16string_view::npos;
+        whyNot = mayBeMisspelt ? u"its name is not UTF-8"_s : String::fromUtf8(std::strerror(errno));
         return std::nullopt;
     }
     if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 
 namespace caddis {
 
@@ -16,13 +17,25 @@ using Clock = std::chrono::steady_clock;
 
 // A file is given up at its second failure.
 constexpr unsigned MostFailures = 2;
-// SIGKILL and SIGTERM come from somebody else, who is not the file. Or from the kernel that has no memory
-// left, and then it may be the file after all.
-constexpr unsigned MostOutsideKills = 5;
+// SIGKILL and SIGTERM come from somebody else, who is not the file; but for the kernel when it has no memory
+// left, and that is told by its count.
+constexpr unsigned MostOutsideKills = 20;
 // Standbys that are found dead in a row, before it is called a failure.
 constexpr int MostDeadStandbys = 20;
 constexpr double LongestEnding = 0.25;
 constexpr unsigned QuestionsPerMemoryCheck = 16;
+
+// How many processes the kernel has killed for want of memory since it was started. 0: it does not say.
+std::uint64_t kernelKills()
+{
+    std::ifstream file("/proc/vmstat");
+    std::string name;
+    for (std::uint64_t count = 0; file >> name >> count;) {
+        if (name == "oom_kill")
+            return count;
+    }
+    return 0;
+}
 
 std::string_view nameOfSignal(int signal)
 {
@@ -41,6 +54,14 @@ bool tellsOfEncryption(const Dictionary& answers)
     });
 }
 
+String joined(const std::vector<String>& phrases)
+{
+    String text;
+    for (const String& phrase : phrases)
+        text = text.isEmpty() ? phrase : format(u"%@; %@", text, phrase);
+    return text;
+}
+
 bool isEmpty(const Value& answer)
 {
     const auto* const reply = answer.as<Dictionary>();
@@ -55,6 +76,7 @@ PooledHelper::PooledHelper(
     , m_nursery(nursery)
     , m_counters(counters)
     , m_failures(failures)
+    , m_kernelKills(kernelKills())
 {
 }
 
@@ -81,8 +103,11 @@ HelperRecord PooledHelper::askAll(const HelperJob& job, const FileState& state)
 {
     HelperRecord record;
     std::optional<Answer> failed;
+    String leftOut;
     for (const HelperQuestion& question : job.questions) {
         Answer answer = answerTo(question, job, state, record.attempts);
+        if (leftOut.isEmpty())
+            leftOut = answer.leftOut;
         if (answer.value && !isEmpty(*answer.value))
             record.answers.set(question.name, std::move(*answer.value));
         else if (answer.outcome != HelperOutcome::Ok && !failed)
@@ -95,6 +120,9 @@ HelperRecord PooledHelper::askAll(const HelperJob& job, const FileState& state)
     } else if (tellsOfEncryption(record.answers)) {
         record.outcome = HelperOutcome::Encrypted;
         record.reason = u"a password is needed"_s;
+    } else if (!leftOut.isEmpty()) {
+        record.outcome = record.answers.isEmpty() ? HelperOutcome::TooBig : HelperOutcome::Partial;
+        record.reason = format(u"left out: %@", leftOut);
     } else if (record.answers.isEmpty()) {
         record.outcome = HelperOutcome::Unsupported;
         record.reason = u"nothing is known of files of this kind, or of this one"_s;
@@ -140,7 +168,9 @@ PooledHelper::Answer PooledHelper::askOnce(const HelperQuestion& question)
     ++m_questions;
     Answer answer;
     try {
+        helper->connection()->takeLeftOut();
         answer.value = question.ask(HelperProxy(*helper));
+        answer.leftOut = joined(helper->connection()->takeLeftOut());
     } catch (const Exception& exception) {
         answer = failure(exception);
     } catch (const std::bad_alloc&) {
@@ -180,7 +210,9 @@ PooledHelper::Answer PooledHelper::deathOfHelper()
         answer.signal = ending->signal;
         answer.reason = format(
             u"the helper ended with signal %d (SIG%s)", ending->signal, nameOfSignal(ending->signal));
-        answer.wasKilledFromOutside = ending->signal == SIGKILL || ending->signal == SIGTERM;
+        const auto before = std::exchange(m_kernelKills, kernelKills());
+        answer.wasKilledFromOutside
+            = ending->signal == SIGTERM || (ending->signal == SIGKILL && m_kernelKills == before);
     }
     return answer;
 }

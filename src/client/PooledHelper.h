@@ -35,6 +35,7 @@ private:
         std::optional<Value> value {};
         HelperOutcome outcome = HelperOutcome::Ok;
         String reason {};
+        String leftOut {}; ///< of the value; empty: nothing
         int signal = 0;
         bool harmedHelper = false;
         bool wasKilledFromOutside = false;
@@ -56,6 +57,7 @@ private:
     HelperNursery& m_nursery;
     Counters& m_counters;
     FailureMemory& m_failures;
+    std::uint64_t m_kernelKills; // when they were last counted
     std::unique_ptr<HelperTask> m_helper;
     unsigned m_questions = 0; // that m_helper was asked
     bool m_isAvailable = true;

@@ -13,6 +13,7 @@
 #include "markup/Html2Text.h"
 #include "markup/LinkTitles.h"
 #include "markup/MarkupData.h"
+#include "platform/base/LeftOut.h"
 #include "platform/base/Paths.h"
 #include "platform/files/FileSystem.h"
 #include "text/StringUtilities.h"
@@ -120,8 +121,10 @@ std::optional<String> EPUBParser::textContents()
         return std::nullopt;
     MutableString text;
     for (const String& content : spineContents()) {
-        if (text.length() > MostTextUnits)
+        if (text.length() > MostTextUnits) {
+            noteLeftOut(u"a book's text beyond 64 million characters");
             break;
+        }
         const auto html = markupText(dataForNamedFile(pathInOPFFolder(content)));
         if (!html)
             continue;

@@ -8,6 +8,7 @@
 #include "markup/StringURL.h"
 #include "markup/TagAttributes.h"
 #include "platform/base/Format.h"
+#include "platform/base/LeftOut.h"
 #include "platform/base/Paths.h"
 #include "platform/files/FileSystem.h"
 #include "platform/unicode/TextEncoding.h"
@@ -112,9 +113,12 @@ std::optional<Data> EmbedHandler::contentsOfURL(const URL& url)
 {
     const auto name = url.path();
     const auto path = name ? FileSystem::canonicalPath(*name) : std::nullopt;
-    if (!path || !pathIsInDirectory(*path, bookFolder)
-        || FileSystem::sizeOfFile(*path) > MostEmbeddedBytes - embeddedBytes)
+    if (!path || !pathIsInDirectory(*path, bookFolder))
         return std::nullopt;
+    if (FileSystem::sizeOfFile(*path) > MostEmbeddedBytes - embeddedBytes) {
+        noteLeftOut(u"pictures of the book beyond 256 MiB");
+        return std::nullopt;
+    }
     auto data = FileSystem::contentsOfFile(*path);
     embeddedBytes += data ? data->size() : 0;
     return data;

@@ -1,5 +1,6 @@
 #include "epub/ZipArchive.h"
 
+#include "platform/base/LeftOut.h"
 #include "platform/base/Log.h"
 #include "platform/files/FileSystem.h"
 
@@ -110,6 +111,8 @@ std::optional<Data> ZipArchive::readCurrentFile(
         return std::nullopt;
     }
     if (isReadable && unzReadCurrentFile(m_zipFile, buffer, size) == static_cast<int>(size)) {
+        if (size < info.uncompressed_size)
+            noteLeftOut(u"a member of the archive that is very large, after its beginning");
         Data data = Data::adoptMalloc(buffer, size);
         unzCloseCurrentFile(m_zipFile);
         return data;

@@ -3,6 +3,7 @@
 #include "foundation/MIMETypes.h"
 #include "html/Converter.h"
 #include "platform/base/Format.h"
+#include "platform/base/LeftOut.h"
 #include "platform/base/Paths.h"
 
 #include <algorithm>
@@ -60,8 +61,10 @@ bool Converter::attach(const Frame& frame)
         return false;
     const Resource& resource = *found->second;
     m_attachedBytes += resource.data.size();
-    if (m_attachedBytes > MostAttachedBytes)
+    if (m_attachedBytes > MostAttachedBytes) {
+        noteLeftOut(u"pictures beyond 256 MiB");
         return false;
+    }
     m_builder.appendAttachment(
         { FileWrapper::file(suggestedName(resource), resource.data), sizeOf(*frame.style) },
         characterStyle());

@@ -5,6 +5,7 @@
 #include "foundation/URLExtensions.h"
 #include "markup/CharsetFinder.h"
 #include "markup/WebArchiveText.h"
+#include "platform/base/LeftOut.h"
 #include "platform/base/Paths.h"
 #include "platform/files/MappedFile.h"
 #include "platform/web/RemoteLoader.h"
@@ -59,8 +60,10 @@ PageLoader::Shared PageLoader::resource(const URL& url) const
 
 bool PageLoader::keep(Resource resource, const URL& asked)
 {
-    if (resource.data.size() > MostBytesEach || m_bytes + resource.data.size() > MostBytes)
+    if (resource.data.size() > MostBytesEach || m_bytes + resource.data.size() > MostBytes) {
+        noteLeftOut(u"files of the page beyond 64 MiB each or 256 MiB together");
         return false;
+    }
     m_bytes += resource.data.size();
     m_resources[stringURLWithoutAnchor(asked.absoluteString())]
         = std::make_shared<const Resource>(std::move(resource));
@@ -100,8 +103,10 @@ void PageLoader::fetch(std::span<const URL> urls)
         }
         if (m_options.archive && !isScheme(url, u"data"))
             continue;
-        if (m_asked == MostResources || secondsLeft() <= 0)
+        if (m_asked == MostResources || secondsLeft() <= 0) {
+            noteLeftOut(u"files of the page after the first 1000, or not loaded in time");
             break;
+        }
         ++m_asked;
         m_resources[key] = nullptr;
         std::optional<URLRequest> request { { url, secondsLeft() } };

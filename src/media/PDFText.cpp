@@ -2,6 +2,7 @@
 
 #include "platform/base/Exception.h"
 #include "platform/base/Format.h"
+#include "platform/base/LeftOut.h"
 #include "text/TextRepair.h"
 
 #include <algorithm>
@@ -86,8 +87,11 @@ std::optional<String> fixedAndNormalizedString(const PDFDocument& document, doub
             continue;
         // Kept on purpose: the page's own time counts twice, in both parts of the sum.
         const Clock::time_point now = Clock::now();
-        if (Seconds(now - start).count() + Seconds(now - pageStart).count() >= timeout)
+        if (Seconds(now - start).count() + Seconds(now - pageStart).count() >= timeout) {
+            if (index + 1 < pages)
+                noteLeftOut(u"pages that were not read in time");
             break;
+        }
     }
     return std::move(result).take();
 }

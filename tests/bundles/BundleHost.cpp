@@ -16,6 +16,7 @@ namespace {
 std::size_t s_textLimit = 0;
 bool s_isFull = false;
 std::string s_log;
+std::string s_leftOut;
 
 template <typename Value> int store(CaddisValue* dictionary, const char* key, const Value& value)
 {
@@ -63,6 +64,7 @@ CaddisHost makeHost()
     host.append_text = appendText;
     host.should_stop = [] { return s_isFull ? 1 : 0; };
     host.log = [](const char* text) { s_log += text; };
+    host.note_left_out = [](const char* text) { s_leftOut += text; };
     return host;
 }
 
@@ -90,6 +92,7 @@ Imported importWith(
     s_textLimit = textLimit;
     s_isFull = false;
     s_log.clear();
+    s_leftOut.clear();
     void* code = dlopen(executable(bundle).c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (!code)
         return { .result = false, .values = {}, .log = dlerror() };
@@ -105,6 +108,7 @@ Imported importWith(
     dictionary.imported.result = table.import_data(importer, &dictionary, contentType, path.c_str()) != 0;
     table.unknown.release(importer);
     dictionary.imported.log = s_log;
+    dictionary.imported.leftOut = s_leftOut;
     return dictionary.imported;
 }
 

@@ -11,7 +11,8 @@ namespace caddis {
 struct Imported {
     bool result = false;
     std::map<std::string, std::string, std::less<>> values;
-    std::string log;
+    std::string log {};
+    std::string leftOut {};
     std::size_t items = 0; ///< strings added to lists
 
     /// "(absent)" where the attribute is not set.

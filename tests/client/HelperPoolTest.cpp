@@ -153,6 +153,20 @@ TEST_F(HelperPoolTest, WhatWasAnsweredBeforeAFailureIsKept)
     EXPECT_TRUE(records.at(0).answers.find(u"ping"));
 }
 
+TEST_F(HelperPoolTest, AnAnswerThatALimitHasCutIsPartial)
+{
+    HelperPool pool(settings());
+    const HelperQuestion info { u"info"_s,
+        [this](const HelperProxy& helper) -> std::optional<Value> { return helper.metaDataForFile(file); } };
+    EXPECT_EQ(run(pool, { job(info) }).at(0).outcome, HelperOutcome::Ok);
+    folder.write("a.txt", std::string(17 << 20, 'a'));
+    const auto records = run(pool, { job(info), job(ping()) });
+    EXPECT_EQ(records.at(0).outcome, HelperOutcome::Partial);
+    EXPECT_EQ(records.at(0).reason, u"left out: text beyond 16 MiB"_s);
+    EXPECT_TRUE(records.at(0).answers.find(u"info"));
+    EXPECT_EQ(records.at(1).outcome, HelperOutcome::Ok) << "that was the other answer";
+}
+
 TEST_F(HelperPoolTest, AStandbyIsUpBeforeItIsNeeded)
 {
     HelperPool pool(settings());

@@ -34,7 +34,7 @@ Signatures interfaceFile()
     for (std::string member = next(xml, at, "<method name=\""); !member.empty();) {
         std::size_t argument = at;
         const std::string following = next(xml, at, "<method name=\"");
-        const std::size_t end = following.empty() ? xml.size() : at;
+        const std::size_t end = following.empty() ? xml.find("</interface>", argument) : at;
         std::string in;
         std::string out;
         for (std::string type = next(xml, argument, " type=\""); !type.empty() && argument < end;

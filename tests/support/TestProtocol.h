@@ -14,6 +14,7 @@ inline constexpr RemoteMember TestMembers[] = {
     { "Throw", "", "b" },
     { "Deny", "", "b" },
     { "StillBusy", "", "b" }, // true for half a second from the start on
+    { "LeaveOut", "x", "b" }, // notes so many phrases: "thing 0", "thing 1"
     { "Exit", "", "", true },
 };
 

@@ -299,13 +299,16 @@ ExitCode run(CommandLine& line)
 {
     auto helper = HelperTask::initWithPath(helperPath(), String(HelperServiceName), &OstraImExport,
         TimeoutSeconds, QualityOfService::UserInitiated);
+    std::shared_ptr<Connection> connection;
     line.invocation.runningHelper = [&] { return helper->launchedProxy(); };
     line.invocation.helper = [&] {
-        if (auto proxy = helper->launchedProxy())
-            return *proxy;
-        const Quiet quiet(line.keep);
-        const auto launched = helper->launch();
-        return launched ? *launched : throw HelperUnavailable();
+        auto proxy = helper->launchedProxy();
+        if (!proxy) {
+            const Quiet quiet(line.keep);
+            proxy = helper->launch();
+        }
+        connection = proxy ? proxy->connection() : throw HelperUnavailable();
+        return *proxy;
     };
     ExitCode code = HelperFailed;
     try {
@@ -315,6 +318,8 @@ ExitCode run(CommandLine& line)
     } catch (const Exception& exception) {
         std::fprintf(stderr, "caddis: the helper failed: %s\n", exception.what());
     }
+    for (const String& what : connection ? connection->takeLeftOut() : std::vector<String>())
+        std::fprintf(stderr, "caddis: left out: %s\n", what.utf8().c_str());
     if (line.keep)
         static_cast<void>(helper.release()); // Its end would terminate the helper.
     return code;

@@ -1,6 +1,7 @@
 #include "platform/documents/PDFSelection.h"
 
 #include "platform/base/Exception.h"
+#include "platform/base/LeftOut.h"
 #include "platform/richtext/AttributedStringBuilder.h"
 #include "platform/richtext/RTFD.h"
 
@@ -52,8 +53,10 @@ std::optional<PDFSelection> PDFSelection::selectionForEntireDocument(
         return std::nullopt;
     AttributedStringBuilder builder;
     for (std::size_t index = 0; index < pages; ++index) {
-        if (deadline && std::chrono::steady_clock::now() >= *deadline)
+        if (deadline && std::chrono::steady_clock::now() >= *deadline) {
+            noteLeftOut(u"pages that were not read in time");
             break;
+        }
         const auto page = textOfPage(document, index, deadline);
         if (page && !page->string.isEmpty())
             append(builder, *page);

@@ -103,21 +103,27 @@ struct Connection::Implementation {
     bool isConnected() const { return dbus_connection_get_is_connected(connection); }
     void drain() const;
     void sendOneWay(DBusMessage* message, const Deadline& deadline) const;
-    MessagePointer ask(DBusMessage* message, const Deadline& deadline) const;
+    MessagePointer ask(DBusMessage* message, const Deadline& deadline);
+    void noteSignal(DBusMessage* message);
 
     DBusConnection* connection;
+    dbus_uint32_t asked = 0; // the serial number of the call that waits for its reply
+    std::vector<String> leftOut {};
 };
 
 Connection::Implementation::Implementation(DBusConnection* opened)
     : connection(opened)
 {
-    // Only replies are wanted. Whatever else comes in is dropped, and never answered on our behalf: answers
-    // that the other end does not read would pile up here.
-    const auto ignore = [](DBusConnection*, DBusMessage*, void*) { return DBUS_HANDLER_RESULT_HANDLED; };
+    // Only replies are wanted, and what is said of them. Whatever else comes in is dropped, and never
+    // answered on our behalf: answers that the other end does not read would pile up here.
+    const auto note = [](DBusConnection*, DBusMessage* message, void* self) {
+        static_cast<Implementation*>(self)->noteSignal(message);
+        return DBUS_HANDLER_RESULT_HANDLED;
+    };
     dbus_connection_set_exit_on_disconnect(connection, FALSE);
     dbus_connection_set_max_message_unix_fds(connection, wire::MaximumDescriptors);
     dbus_connection_set_route_peer_messages(connection, TRUE);
-    if (!dbus_connection_add_filter(connection, ignore, nullptr, nullptr))
+    if (!dbus_connection_add_filter(connection, note, this, nullptr))
         throw std::bad_alloc();
 }
 
@@ -155,12 +161,13 @@ void Connection::Implementation::sendOneWay(DBusMessage* message, const Deadline
 
 // Not dbus_connection_send_with_reply_and_block: it first sends without a limit of time, so that a stopped
 // peer would stop us too.
-MessagePointer Connection::Implementation::ask(DBusMessage* message, const Deadline& deadline) const
+MessagePointer Connection::Implementation::ask(DBusMessage* message, const Deadline& deadline)
 {
     DBusPendingCall* started = nullptr;
     if (!dbus_connection_send_with_reply(connection, message, &started, DBUS_TIMEOUT_INFINITE) || !started)
         fail(PortExceptions::Send, u"the request could not be sent");
     const PendingPointer pending(started);
+    asked = dbus_message_get_serial(message);
     while (!dbus_pending_call_get_completed(started)) {
         if (deadline.hasPassed())
             fail(PortExceptions::Timeout, u"no reply came in time");
@@ -173,6 +180,20 @@ MessagePointer Connection::Implementation::ask(DBusMessage* message, const Deadl
     if (!reply || (!isConnected() && dbus_message_is_error(reply.get(), DBUS_ERROR_NO_REPLY)))
         fail(PortExceptions::Receive, u"the other process is gone");
     return reply;
+}
+
+// The other process decides neither how many are kept nor how long they are.
+void Connection::Implementation::noteSignal(DBusMessage* message)
+{
+    constexpr std::size_t MostNotes = 8;
+    constexpr std::size_t LongestNote = 200;
+    dbus_uint32_t serial = 0;
+    const char* what = nullptr;
+    if (dbus_message_is_signal(message, LeftOutSignal.interface, LeftOutSignal.member)
+        && dbus_message_get_args(
+            message, nullptr, DBUS_TYPE_UINT32, &serial, DBUS_TYPE_STRING, &what, DBUS_TYPE_INVALID)
+        && serial == asked && leftOut.size() < MostNotes)
+        leftOut.push_back(String::fromUtf8(std::string_view(what).substr(0, LongestNote)));
 }
 
 Connection::Connection(std::unique_ptr<Implementation> implementation)
@@ -246,6 +267,8 @@ std::optional<Value> Connection::call(
         throw;
     }
 }
+
+std::vector<String> Connection::takeLeftOut() { return std::exchange(m_implementation->leftOut, {}); }
 
 void Connection::noteDeath()
 {

@@ -52,6 +52,10 @@ public:
     std::optional<Value> call(
         const char* path, const char* interface, const RemoteMember& member, const Arguments& arguments);
 
+    /// What the results of calls lack because a limit of the other process has ended the work on them:
+    /// phrases for people, a few at most. Those since this was last called.
+    std::vector<String> takeLeftOut();
+
     /// Is told, on the thread that noticed it, of every connection whose other end has gone; once for each.
     using DeathObserver = void (*)(const std::shared_ptr<Connection>&);
     static void setDeathObserver(DeathObserver observer);

@@ -1,5 +1,7 @@
 #include "platform/ipc/Peer.h"
 
+#include "platform/base/LeftOut.h"
+
 #include <dbus/dbus.h>
 #include <new>
 #include <unistd.h>
@@ -83,8 +85,14 @@ void Peer::handle(DBusMessage* message)
     const Caller caller { m_number,
         takesDescriptors ? wire::Descriptors::Attached : wire::Descriptors::None };
     const MessagePointer reply = answerRequest(m_object, message, caller);
-    if (!dbus_message_get_no_reply(message))
-        dbus_connection_send(m_connection, reply.get(), nullptr);
+    const auto leftOut = takeLeftOut();
+    if (dbus_message_get_no_reply(message))
+        return;
+    for (const String& what : leftOut) {
+        if (const MessagePointer signal = leftOutSignal(m_object, message, what))
+            dbus_connection_send(m_connection, signal.get(), nullptr);
+    }
+    dbus_connection_send(m_connection, reply.get(), nullptr);
 }
 
 } // namespace caddis

@@ -54,6 +54,15 @@ struct RemoteObject {
     std::vector<RemoteMethod> methods;
 };
 
+/// Before the result of a call from which a limit has left something out comes a signal of the object's for
+/// each such thing: the serial number of the call, and a phrase that says what (LeftOut.h). Results have no
+/// place for it, and who does not know the signal loses nothing.
+struct RemoteSignal {
+    const char* interface;
+    const char* member;
+};
+inline constexpr RemoteSignal LeftOutSignal { "org.caddis.Answer", "LeftOut" };
+
 /// The error of an operation that this process does not do for anybody.
 inline constexpr std::u16string_view AccessDeniedError = u"org.freedesktop.DBus.Error.AccessDenied";
 inline constexpr std::u16string_view InvalidArgsError = u"org.freedesktop.DBus.Error.InvalidArgs";

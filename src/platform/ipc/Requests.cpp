@@ -112,4 +112,18 @@ MessagePointer answerRequest(const RemoteObject& object, DBusMessage* request, c
     }
 }
 
+MessagePointer leftOutSignal(const RemoteObject& object, DBusMessage* request, const String& what)
+{
+    MessagePointer message(
+        dbus_message_new_signal(object.path.c_str(), LeftOutSignal.interface, LeftOutSignal.member));
+    const dbus_uint32_t serial = dbus_message_get_serial(request);
+    const std::string text = what.utf8();
+    const char* const first = text.c_str();
+    if (!message
+        || !dbus_message_append_args(
+            message.get(), DBUS_TYPE_UINT32, &serial, DBUS_TYPE_STRING, &first, DBUS_TYPE_INVALID))
+        return nullptr;
+    return message;
+}
+
 } // namespace caddis

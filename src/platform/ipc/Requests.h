@@ -16,4 +16,7 @@ struct Caller {
 /// object's own methods it answers Introspect and, for libraries that always say it, Hello.
 MessagePointer answerRequest(const RemoteObject& object, DBusMessage* request, const Caller& caller);
 
+/// The signal that goes out before an answer from which something was left out. Null without memory for it.
+MessagePointer leftOutSignal(const RemoteObject& object, DBusMessage* request, const String& what);
+
 } // namespace caddis

@@ -1,4 +1,5 @@
 #include "platform/office/DocumentText.h"
+#include "platform/base/LeftOut.h"
 
 #include <algorithm>
 
@@ -21,7 +22,7 @@ void DocumentText::appendAttachment(Attachment attachment, const CharacterStyle&
 {
     const std::size_t size = attachment.file.contents.size();
     if (size > MostAttachedBytes - m_attachedBytes)
-        return;
+        return noteLeftOut(u"attachments beyond 512 MiB");
     m_attachedBytes += size;
     m_story->builder.appendAttachment(std::move(attachment), style);
 }

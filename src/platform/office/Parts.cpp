@@ -1,5 +1,6 @@
 #include "platform/office/Parts.h"
 
+#include "platform/base/LeftOut.h"
 #include "platform/zip/ZipReader.h"
 
 namespace caddis::office {
@@ -13,8 +14,12 @@ bool isMarkup(std::string_view name) { return name.ends_with(".xml") || name.end
 
 std::optional<Data> contentsOf(ZipReader& archive, const ZipReader::Member& member, std::size_t limit)
 {
-    if (member.size > limit || member.isEncrypted || member.isSymbolicLink)
+    if (member.isEncrypted || member.isSymbolicLink)
         return std::nullopt;
+    if (member.size > limit) {
+        noteLeftOut(u"a part of the document that is very large");
+        return std::nullopt;
+    }
     std::vector<std::uint8_t> bytes;
     bytes.reserve(member.size);
     const bool isWhole = archive.readMember([&](std::span<const std::uint8_t> piece) {

@@ -36,6 +36,8 @@ public:
     virtual bool hasPage(std::size_t page) const = 0;
     virtual std::optional<String> text(std::size_t page, PDFDeadline deadline) const = 0;
     virtual std::optional<PDFStyledText> styledText(std::size_t page, PDFDeadline deadline) const = 0;
+    /// Whether the text that was last read ended with what a page may cost.
+    virtual bool lastPageWasCut() const = 0;
     virtual String label(std::size_t page) const = 0;
     virtual Rect bounds(std::size_t page, PDFDisplayBox box) const = 0;
     virtual int rotation(std::size_t page) const = 0;

@@ -1,6 +1,7 @@
 #include "platform/pdf/PDFPage.h"
 
 #include "platform/base/Format.h"
+#include "platform/base/LeftOut.h"
 #include "platform/pdf/PDFContext.h"
 #include "platform/pdf/PDFEngine.h"
 
@@ -10,16 +11,26 @@ namespace {
 
 constexpr std::uint64_t MostPixels = 100'000'000;
 
+void noteCut(const pdf::Document& document)
+{
+    if (document.lastPageWasCut())
+        noteLeftOut(u"the rest of a page that takes too much time or memory");
+}
+
 } // namespace
 
 std::optional<String> PDFPage::string(PDFDeadline deadline) const
 {
-    return m_document->text(m_index, deadline);
+    auto text = m_document->text(m_index, deadline);
+    noteCut(*m_document);
+    return text;
 }
 
 std::optional<PDFStyledText> PDFPage::styledString(PDFDeadline deadline) const
 {
-    return m_document->styledText(m_index, deadline);
+    auto text = m_document->styledText(m_index, deadline);
+    noteCut(*m_document);
+    return text;
 }
 
 String PDFPage::label() const { return m_document->label(m_index); }

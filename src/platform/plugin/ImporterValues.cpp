@@ -1,5 +1,6 @@
 #include "platform/plugin/ImporterValues.h"
 
+#include "platform/base/LeftOut.h"
 #include "platform/base/Log.h"
 
 #include <algorithm>
@@ -51,8 +52,12 @@ thread_local Import* current = nullptr;
 bool spend(std::size_t bytes)
 {
     bytes += sizeof(CaddisValue);
-    if (!current || bytes < sizeof(CaddisValue) || bytes > current->attributes)
+    if (!current)
         return false;
+    if (bytes < sizeof(CaddisValue) || bytes > current->attributes) {
+        noteLeftOut(u"attributes beyond 64 MiB");
+        return false;
+    }
     current->attributes -= bytes;
     return true;
 }
@@ -258,7 +263,20 @@ void retain(CaddisValue* value)
         ++value->references;
 }
 
-int shouldStop() { return !current || current->isTextFull || Clock::now() > current->deadline ? 1 : 0; }
+int shouldStop()
+{
+    const bool isLate = current && Clock::now() > current->deadline;
+    if (isLate)
+        noteLeftOut(u"what was not read in time");
+    return !current || isLate || current->isTextFull ? 1 : 0;
+}
+
+void noteLeftOutOfImport(const char* utf8)
+{
+    constexpr std::size_t LongestNote = 200;
+    if (current && utf8)
+        noteLeftOut(String::fromUtf8({ utf8, strnlen(utf8, LongestNote) }));
+}
 
 void logLine(const char* utf8)
 {
@@ -309,7 +327,7 @@ const CaddisHost& importerHost()
 {
     static const CaddisHost host { sizeof(CaddisHost), CADDIS_IMPORTER_ABI, setString, setString16,
         setInteger, setReal, setBoolean, setDate, setData, addString, appendText, make, append, set, get,
-        kindOf, retain, release, shouldStop, logLine };
+        kindOf, retain, release, shouldStop, logLine, noteLeftOutOfImport };
     return host;
 }
 
@@ -328,8 +346,10 @@ Dictionary attributesOfImport(FunctionRef<void(CaddisValue* attributes)> import)
     Dictionary result = dictionaryOf(*attributes);
     attributes->references = std::max(attributes->references, HostReferences) - HostReferences + 1;
     release(attributes);
-    if (running.isTextFull)
+    if (running.isTextFull) {
         log(u"An importer gave more than %d bytes of text", TextBudget);
+        noteLeftOut(u"text beyond 16 MiB");
+    }
     return result;
 }
 

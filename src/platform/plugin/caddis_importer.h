@@ -144,6 +144,10 @@ typedef struct CaddisHost {
     int (*should_stop)(void);
     /* One line in the host's log. */
     void (*log)(const char* utf8);
+    /* A phrase that names what the importer leaves out because a limit of its own has ended the reading:
+     * "parts of the message after the first 1000". The application then knows that more could be had. What
+     * append_text and should_stop cut off needs none. */
+    void (*note_left_out)(const char* utf8);
 } CaddisHost;
 
 /* The head of every object. `self` is always the pointer that query_interface or the factory gave. */

@@ -46,6 +46,17 @@ TEST_F(ConnectionTest, NilResultsAndErrorsAreDifferentThings)
     EXPECT_EQ(errorOf("NoSuchMember"), UnknownMethodError);
 }
 
+TEST_F(ConnectionTest, WhatLimitsHaveLeftOutComesBesideTheResult)
+{
+    EXPECT_EQ(call("LeaveOut", { 2 }), Value(true));
+    EXPECT_EQ(connection->takeLeftOut(), (std::vector { u"thing 0"_s, u"thing 1"_s }));
+    EXPECT_TRUE(connection->takeLeftOut().empty()) << "taken is taken";
+    call("Echo", { 1 });
+    EXPECT_TRUE(connection->takeLeftOut().empty()) << "each answer has its own";
+    call("LeaveOut", { 1000 });
+    EXPECT_EQ(connection->takeLeftOut().size(), 8U);
+}
+
 TEST_F(ConnectionTest, WhatTheServerDoesNotServeIsNamed)
 {
     const auto errorOfCall = [&](const char* path, const char* interface, const RemoteMember& member) {

@@ -3,6 +3,7 @@
 #include "platform/ipc/Server.h"
 
 #include "platform/base/Exception.h"
+#include "platform/base/LeftOut.h"
 #include "support/TestProtocol.h"
 
 #include <chrono>
@@ -41,6 +42,15 @@ std::optional<Value> sleepFor(const Arguments& arguments)
     return std::nullopt;
 }
 
+std::optional<Value> leaveOut(const Arguments& arguments)
+{
+    for (std::int64_t count = 0; count < *arguments[0]->as<std::int64_t>(); ++count) {
+        noteLeftOut(format(u"thing %d", count));
+        noteLeftOut(u"thing 0");
+    }
+    return true;
+}
+
 constexpr const char* Introspection = R"(<node><interface name="org.caddis.Test">
 <method name="Echo"><arg type="v" direction="in"/><arg type="av" direction="out"/></method>
 <method name="Sleep"><arg type="x" direction="in"/></method>
@@ -65,6 +75,7 @@ RemoteObject testObject()
                 [](const Arguments&) {
                     return steady_clock::now() - started < std::chrono::milliseconds(500);
                 } },
+            { "LeaveOut", "x", "b", leaveOut },
             { "Exit", "", "", [](const Arguments&) -> std::optional<Value> { std::exit(0); } },
         } };
 }

@@ -31,6 +31,7 @@ public:
     }
     bool isLate() const { return m_deadline && std::chrono::steady_clock::now() >= *m_deadline; }
     PDFDeadline deadline() const { return m_deadline; }
+    bool isSpent() const { return m_bytesLeft == 0 || m_operators > MostOperators || isLate(); }
 
 private:
     static constexpr std::uint32_t OperatorsPerLook = 64; // A look at the clock costs about 25 ns.

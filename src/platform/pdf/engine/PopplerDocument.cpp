@@ -119,7 +119,9 @@ std::optional<TextPage> PopplerDocument::read(
     Budget budget(deadline);
     const TextSources sources { m_document->getXRef(), m_document->getOptContentConfig(), m_fonts,
         m_streams };
-    return TextInterpreter(sources, budget, rectOf(*source->getCropBox()), styles).read(*source);
+    auto text = TextInterpreter(sources, budget, rectOf(*source->getCropBox()), styles).read(*source);
+    m_lastPageWasCut = budget.isSpent() || text.length() >= Budget::MostUnits;
+    return text;
 }
 
 std::optional<String> PopplerDocument::text(std::size_t page, PDFDeadline deadline) const

@@ -27,6 +27,7 @@ public:
     bool hasPage(std::size_t page) const override { return pageAt(page) != nullptr; }
     std::optional<String> text(std::size_t page, PDFDeadline deadline) const override;
     std::optional<PDFStyledText> styledText(std::size_t page, PDFDeadline deadline) const override;
+    bool lastPageWasCut() const override { return m_lastPageWasCut; }
     String label(std::size_t page) const override;
     Rect bounds(std::size_t page, PDFDisplayBox box) const override;
     int rotation(std::size_t page) const override;
@@ -64,6 +65,7 @@ private:
     mutable StreamBytes m_streams;
     mutable std::shared_ptr<const Source> m_source;
     mutable bool m_sourceIsTried = false;
+    mutable bool m_lastPageWasCut = false;
 };
 
 } // namespace caddis::pdf
