@@ -2,12 +2,14 @@
 #include "bundles/support/PageText.h"
 #include "bundles/support/TextSink.h"
 #include "bundles/support/Utf8.h"
+#include "platform/base/LeftOut.h"
 
 #include <array>
 #include <cstdlib>
 #include <fcntl.h>
 #include <gmime/gmime.h>
 #include <memory>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace caddis::bundles {
@@ -17,6 +19,7 @@ namespace {
 // A message of more parts is an attack, and a folder of more messages is searched by its first.
 constexpr int MaximumParts = 1000;
 constexpr int MaximumDepth = 32;
+constexpr int MaximumMarks = 10'000;
 constexpr int MaximumMessages = 1000;
 constexpr std::size_t MaximumPart = 16 * 1024 * 1024;
 
@@ -53,9 +56,10 @@ public:
     /// The text of a part and of all parts inside it.
     void read(GMimeObject* part, int depth)
     {
-        if (!part || depth > MaximumDepth || ++m_parts > MaximumParts || m_text.isFull()
-            || m_attributes.shouldStop())
+        if (!part || m_text.isFull() || m_attributes.shouldStop())
             return;
+        if (depth > MaximumDepth || ++m_parts > MaximumParts)
+            return noteLeftOut(u"parts of a message after the first 1000, or very deep in it");
         if (GMIME_IS_MESSAGE_PART(part)) {
             if (GMimeMessage* message = g_mime_message_part_get_message(GMIME_MESSAGE_PART(part))) {
                 m_text.appendLine(viewOf(g_mime_message_get_subject(message)));
@@ -110,6 +114,8 @@ private:
     {
         const std::unique_ptr<char, decltype(&g_free)> text(g_mime_text_part_get_text(part), g_free);
         const std::string_view view = viewOf(text.get()).substr(0, MaximumPart);
+        if (view.size() == MaximumPart)
+            noteLeftOut(u"parts of a message beyond 16 MiB");
         m_text.endLine();
         if (g_mime_content_type_is_type(g_mime_object_get_content_type(GMIME_OBJECT(part)), "text", "html"))
             m_text.append(plainTextOfPage(String::fromUtf8(view)).view());
@@ -147,11 +153,43 @@ bool readFolder(GMimeParser* parser, Attributes& attributes, TextSink& text)
         text.appendLine(viewOf(g_mime_message_get_subject(message.get())));
         MessageReader(attributes, text).read(g_mime_message_get_mime_part(message.get()), 0);
     }
+    if (count == MaximumMessages && !g_mime_parser_eos(parser))
+        noteLeftOut(u"messages after the first 1000");
     return count > 0;
 }
 
+// Bytes; the end is behind the last one.
+using Bounds = std::array<std::int64_t, 2>;
+
+std::int64_t sizeOf(int descriptor)
+{
+    struct stat status { };
+    return fstat(descriptor, &status) == 0 ? status.st_size : 0;
+}
+
+// The library makes every part before the first can be seen. So a message ends for it, at the latest, at its
+// line number MaximumMarks that looks like the beginning of a part.
+Bounds withoutManyParts(int descriptor, Bounds bounds)
+{
+    constexpr std::string_view Mark = "\n--";
+    std::string piece(64 * 1024, '\0');
+    int marks = 0;
+    ssize_t length = 0;
+    for (auto at = bounds[0]; at < bounds[1]; at += length - ssize_t(Mark.size()) + 1) {
+        length = pread(descriptor, piece.data(), piece.size(), at);
+        if (length < ssize_t(Mark.size()))
+            break;
+        const std::string_view bytes(piece.data(), std::size_t(length));
+        for (auto mark = bytes.find(Mark); mark != bytes.npos; mark = bytes.find(Mark, mark + 1)) {
+            if (++marks == MaximumMarks)
+                return { bounds[0], at + std::int64_t(mark) };
+        }
+    }
+    return bounds;
+}
+
 // An emlx file is the length of the message in a line of digits, the message, and a property list.
-std::optional<std::array<std::int64_t, 2>> boundsOfEmlx(int descriptor)
+std::optional<Bounds> boundsOfEmlx(int descriptor)
 {
     char head[32] = {};
     const ssize_t length = pread(descriptor, head, sizeof head - 1, 0);
@@ -161,7 +199,7 @@ std::optional<std::array<std::int64_t, 2>> boundsOfEmlx(int descriptor)
     if (line == std::string_view::npos || end == head || size <= 0 || size > (1LL << 40))
         return std::nullopt;
     const auto begin = static_cast<std::int64_t>(line + 1);
-    return std::array { begin, begin + size };
+    return Bounds { begin, begin + size };
 }
 
 } // namespace
@@ -172,14 +210,16 @@ bool importFile(Attributes& attributes, std::string_view contentType, const std:
     const int descriptor = isReady ? open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK) : -1;
     if (descriptor < 0)
         return false;
-    const auto bounds = endsWithNoCase(path, ".emlx") ? boundsOfEmlx(descriptor) : std::nullopt;
+    const bool isFolder = contentType == "com.apple.mail.mbox";
+    auto bounds = (endsWithNoCase(path, ".emlx") ? boundsOfEmlx(descriptor) : std::nullopt)
+                      .value_or(Bounds { 0, sizeOf(descriptor) });
+    if (!isFolder)
+        bounds = withoutManyParts(descriptor, bounds);
     // The stream closes the descriptor.
-    const Owned<GMimeStream> stream(bounds
-            ? g_mime_stream_fs_new_with_bounds(descriptor, (*bounds)[0], (*bounds)[1])
-            : g_mime_stream_fs_new(descriptor));
+    const Owned<GMimeStream> stream(g_mime_stream_fs_new_with_bounds(descriptor, bounds[0], bounds[1]));
     const Owned<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
     TextSink text(attributes);
-    if (contentType != "com.apple.mail.mbox")
+    if (!isFolder)
         return readMessage(parser.get(), attributes, text);
     g_mime_parser_set_format(parser.get(), GMIME_FORMAT_MBOX);
     return readFolder(parser.get(), attributes, text);
