@@ -25,9 +25,18 @@ namespace {
 // More than any book has: what hostile ones go on with is left out.
 constexpr std::size_t MostTextUnits = std::size_t(64) << 20;
 
-std::optional<String> markupText(const std::optional<Data>& data)
+// Of one document: each byte costs up to six in memory until its text is made. A thick novel has two million.
+constexpr std::size_t MostMarkupBytes = std::size_t(16) << 20;
+
+std::optional<String> markupText(std::optional<Data> data)
 {
-    return data ? std::optional(stringWithMarkupData(*data, NSStringEncoding::UTF8)) : std::nullopt;
+    if (!data)
+        return std::nullopt;
+    if (data->size() > MostMarkupBytes) {
+        noteLeftOut(u"what a document of the book has beyond 16 MiB");
+        data = data->slice({ 0, MostMarkupBytes });
+    }
+    return stringWithMarkupData(*data, NSStringEncoding::UTF8);
 }
 
 } // namespace
