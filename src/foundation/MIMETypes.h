@@ -14,9 +14,8 @@ inline namespace NSStringOstraExtensions {
 /// missing.
 std::optional<String> MIMETypeForExtension(const String& extension);
 
-/// Whether documents of this type are HTML or XML: "text/html", "text/xml", "application/xml", and whatever
-/// ends in
-/// "+xml". Parameters ("; charset=…") do not matter.
+/// Whether documents of this type are HTML or XML: "text/html", "text/xml", "application/xml", and what ends
+/// in "+xml". Parameters ("; charset=…") do not matter.
 bool isMarkupMIMEType(const String& type);
 
 } // namespace NSStringOstraExtensions

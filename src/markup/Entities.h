@@ -10,9 +10,9 @@
 ///
 /// The six names may lack their `;` and may be followed by anything (`&ampx` is `&x`). So may numeric
 /// references. A name of the table may lack it where nothing is ambiguous: a Latin-1 name that no letter,
-/// digit or `=` follows
-/// (`&copy 2001`, but not the `&copy=` of a link). What is no reference stays as it stands, and what was made
-/// is not read again: `&amp;lt;` is `&lt;`. Numbers up to U+10FFFF count, 0 excepted.
+/// digit or `=` follows (`&copy 2001`, but not the `&copy=` of a link). What is no reference stays as it
+/// stands, and what was made is not read again: `&amp;lt;` is `&lt;`. Numbers up to U+10FFFF count, 0
+/// excepted.
 ///
 /// All functions return `text` itself where nothing had to change or no memory can be had. Up to 256 units
 /// they allocate nothing but the result. One pass; time is linear in the text whatever it holds.

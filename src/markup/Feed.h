@@ -11,8 +11,8 @@
 ///
 ///     "title" "description" "content" "author" "guid" "date" "link"    texts, "" where the feed says nothing
 ///     "tags"          array of texts; only when there are any
-///     "enclosures"    array of dictionaries with "url" and, where it is given, "length"; only when there are
-///     any "icon"          an image's URL; never set here, shown when the caller adds one
+///     "enclosures"    array of dictionaries with "url" and perhaps "length"; only when there are any
+///     "icon"          an image's URL; never set here, shown when the caller adds one
 ///
 /// Descriptions and contents are HTML. The date is the feed's own text (DateReader reads it). The guid is
 /// only kept when it is a link; the link is absolute when it was relative to the feed's host and `feedURL` is

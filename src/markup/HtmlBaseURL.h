@@ -16,8 +16,7 @@ std::optional<URL> htmlBaseURL(const String& html);
 
 /// The text with "<BASE href=\"%@\"/>\n" in place of the first base element of its head, or, without one,
 /// right behind the head's start tag: failing that behind the html element's start tag or what stands before
-/// it
-/// (`<!DOCTYPE>`, `<?xml?>`), and at the very start of a text that has none of these.
+/// it (`<!DOCTYPE>`, `<?xml?>`), and at the very start of a text that has none of these.
 String stringBySettingBaseURL(const String& html, const URL& base);
 
 /// The same, but a text that has a base (htmlBaseURL) keeps it and is returned itself.

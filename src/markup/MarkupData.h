@@ -11,10 +11,9 @@
 ///
 /// 1. A byte-order mark decides; it is not part of the text.
 /// 2. Else the header's charset, failing that the default encoding gives a first reading.
-/// 3. When that reading declares another encoding (CharsetFinder), the bytes are read with that one too. The
-/// reading
-///    with fewer U+FFFD is kept; of two equal ones the one in UTF-8, if it holds more than ASCII; then the
-///    header's, if there is one; then the declared one.
+/// 3. When that reading declares another encoding (CharsetFinder), the bytes are read with that one too. Of
+///    both the one with fewer U+FFFD is kept; of two equal ones the one in UTF-8, if it holds more than
+///    ASCII; then the header's, if there is one; then the declared one.
 /// 4. When U+FFFD remain, the encoding of the URL's country has a try.
 ///
 /// Big 5, EUC-CN and EUC-KR are read with their supersets where they alone would leave U+FFFD. No data gives

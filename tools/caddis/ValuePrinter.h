@@ -15,8 +15,7 @@ std::string json(const Value& value);
 std::string shown(const Value& value);
 
 /// One line per key, keys aligned and in the dictionary's order: "  kMDItemTitle   Moby-Dick". Arrays are
-/// joined with
-/// "; ", long texts are cut and followed by their length, data is only counted.
+/// joined with "; ", long texts are cut and followed by their length, data is only counted.
 std::string lines(const Dictionary& dictionary);
 
 /// The dictionary with what stands under `key` beside the rest.
