@@ -110,13 +110,17 @@ void PlainTextHandler::handleComment(const TagEvent& event)
     const auto contains
         = [&](std::string_view text) { return positionOfCharacters(text, comment, false) != nullptr; };
     const bool on = contains("googleon:");
-    if (!on && !contains("googleoff:"))
+    const bool off = contains("googleoff:");
+    if (!on && !off)
         return;
     const auto flag = [&](std::string_view text, std::uint64_t bits) { return contains(text) ? bits : 0; };
     const std::uint64_t flags = flag("all", PlainTextContext::AllFlags)
         | flag("index", PlainTextContext::Index) | flag("snippet", PlainTextContext::Snippet)
         | flag("anchor", PlainTextContext::Anchor);
-    context.indexFlags = on ? context.indexFlags | flags : context.indexFlags & ~flags;
+    if (on)
+        context.indexFlags |= flags;
+    if (off)
+        context.indexFlags &= ~flags;
 }
 
 void PlainTextHandler::writeBreak(unsigned lineFeeds)
@@ -238,6 +242,7 @@ void PlainTextHandler::handleDepth(const TagEvent& event, HtmlTag tag)
         handleBody(event);
         [[fallthrough]];
     case HtmlTag::Noframes:
+    case HtmlTag::Noscript:
         return changeDepth(context.bodyDepth, event, 1);
     case HtmlTag::Head:
         return changeDepth(context.bodyDepth, event, -1);

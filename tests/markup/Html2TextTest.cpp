@@ -116,8 +116,10 @@ TEST(Html2Text, FindsTheBodyAndDoesWithoutOne)
     EXPECT_EQ(text(u"<head><title>t</title></head>a<body>b</body>c"), "tabc");
     EXPECT_EQ(text(u"<head><title>t</title></head>a<body>b</body>c", { .onlyBody = true }), "b");
     EXPECT_EQ(text(u"<title>t</title><p>a", { .onlyBody = true }), "t\n\na");
-    EXPECT_EQ(text(u"<noscript>x</noscript>a", { .onlyBody = true }), "a");
-    EXPECT_EQ(text(u"<frameset><noframes>a</noframes>", { .onlyBody = true }), "a");
+    EXPECT_EQ(text(u"<frameset><noframes>a</noframes>b", { .onlyBody = true }), "a");
+    EXPECT_EQ(text(u"<noscript>a</noscript>b", { .onlyBody = true }), "a")
+        << "a body of its own, like noframes";
+    EXPECT_EQ(text(u"<body>a<noscript>x</noscript>b</body>", { .onlyBody = true }), "ab");
 }
 
 TEST(Html2Text, ObeysGoogleComments)
@@ -126,6 +128,7 @@ TEST(Html2Text, ObeysGoogleComments)
         = u"a<!-- googleoff: index -->b<!-- googleoff: snippet -->c<!-- GoogleOn: all -->d";
     EXPECT_EQ(text(html, { .googleTags = true }), "ad");
     EXPECT_EQ(text(html, {}), "abcd");
+    EXPECT_EQ(text(u"a<!-- googleon: all googleoff: index -->b", { .googleTags = true }), "a");
     EXPECT_EQ(text(u"a<font class=feed_date>b</font>c", { .googleTags = true }), "ac");
 }
 
