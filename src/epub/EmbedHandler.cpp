@@ -11,18 +11,12 @@
 #include "platform/base/LeftOut.h"
 #include "platform/base/Paths.h"
 #include "platform/files/FileSystem.h"
-#include "platform/unicode/TextEncoding.h"
+#include "platform/unicode/PlainText.h"
 #include "text/StringUtilities.h"
 
 namespace caddis {
 
 namespace {
-
-String textOfStyleSheet(const Data& data)
-{
-    const auto text = decodeText(data.chars(), NSStringEncoding::UTF8, IllFormed::Fail);
-    return text ? *text : decodeText(data.chars(), NSStringEncoding::WindowsCP1252).value_or(String());
-}
 
 void appendReplacing(MutableString& out, std::u16string_view text, std::u16string_view part, const String& by)
 {
@@ -97,7 +91,7 @@ void EmbedHandler::embedStyleSheet(const TagEvent& event)
     if (!url)
         return copyTag(event);
     if (const auto data = contentsOfURL(*url))
-        output.append(format(u"<style><!--\n%@\n--></style>\n", textOfStyleSheet(*data)));
+        output.append(format(u"<style><!--\n%@\n--></style>\n", plainTextOfData(data->chars()).text));
 }
 
 // Nil when the attribute is missing, or means no file beside the document.

@@ -173,7 +173,7 @@ TEST_F(EPUBContentsTest, EmbedsABookInOneDocument)
                 "<a id='l' href='sub/../2.xhtml#f'>two</a><a href='http://example.org/'>out</a></p>"
                 "</body></html>" },
               { "2.xhtml", "<html><head><title>gone</title></head><body><p>Second</p></body></html>" } },
-            { { "OPS/s.css", "p { margin: 0 }" }, { "OPS/i.png", "abc" } } }));
+            { { "OPS/s.css", "\xEF\xBB\xBFp { margin: 0 }" }, { "OPS/i.png", "abc" } } }));
     EXPECT_EQ(book.htmlContents()->utf8(),
         "<html>\n<meta http-equiv=\"Content-Type\" content=\"text/html; charset=UTF-8\"/>\n"
         "<head><style><!--\np { margin: 0 }\n--></style>\n<link rel='next' href='2.xhtml'/></head>"
