@@ -30,8 +30,8 @@ public:
     static MetaDataImporter& sharedImporter();
 
     void loadMDImporters();
-    /// The other way to discover: the importers whose code this process has loaded by now; it fills
-    /// allFactories and no search order. Once per process.
+    /// The other way to discover: makes plug-ins of the importers in all folders. It fills the tables and
+    /// allFactories, but no search order. Once per process.
     void loadExtractorPlugins();
     /// Records one bundle's types, extensions and factories. Logs "Skipped: %@".
     void addBundleToMDImporters(const Bundle& bundle, const String& path);

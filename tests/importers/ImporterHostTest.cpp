@@ -93,6 +93,20 @@ TEST_F(ImporterHost, DropsImportersWithoutAnInterface)
         << "the second factory replaces what the first gave";
 }
 
+TEST_F(ImporterHost, MakesPlugInsOfAllFoldersWithoutASearchOrder)
+{
+    install(std::string(Local) + "A.mdimporter",
+        { .contentType = "Public.A", .extension = "AAA", .factories = { "PathFactory", "URLFactory" } });
+    install(std::string(System) + "B.mdimporter", { .contentType = "public.b" });
+    host.loadExtractorPlugins();
+    const String path = u"/Library/Spotlight/A.mdimporter"_s;
+    EXPECT_EQ(*host.contentTypesForMDImporter(path), std::vector { u"public.a"_s });
+    EXPECT_EQ(*host.extensionsForMDImporter(path), std::vector { u"aaa"_s });
+    EXPECT_EQ(host.factoriesForMDImporter(path)->size(), 2U);
+    EXPECT_EQ(host.allFactories().size(), 3U);
+    EXPECT_TRUE(host.MDImporterArray().empty());
+}
+
 TEST(ElfPreflight, TellsWhatCannotBeLoaded)
 {
     const auto check = [](const std::string& bytes, const std::string& symbol) {

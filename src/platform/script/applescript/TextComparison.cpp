@@ -85,8 +85,6 @@ std::u16string folded(std::u16string_view text)
 
 unsigned& currentAttributes() { return attributesOfThread; }
 
-String comparableForm(const String& text) { return String(folded(text)); }
-
 bool textsAreEqual(const String& left, const String& right)
 {
     if (left == right)

@@ -28,9 +28,6 @@ unsigned& currentAttributes();
 int compareTexts(const String& left, const String& right);
 bool textsAreEqual(const String& left, const String& right);
 
-/// The text with everything that the attributes ignore taken out or folded; equal texts have equal forms.
-String comparableForm(const String& text);
-
 bool textContains(const String& text, const String& part);
 bool textStartsWith(const String& text, const String& part);
 bool textEndsWith(const String& text, const String& part);
