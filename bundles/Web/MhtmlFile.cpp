@@ -1,6 +1,7 @@
 #include "bundles/Web/MhtmlFile.h"
 
 #include "bundles/support/Utf8.h"
+#include "platform/base/HexDigit.h"
 
 #include <vector>
 
@@ -54,14 +55,6 @@ std::string boundaryOf(std::string_view contentType)
     return {};
 }
 
-int hexDigit(char c)
-{
-    return c >= '0' && c <= '9' ? c - '0'
-        : c >= 'A' && c <= 'F'  ? c - 'A' + 10
-        : c >= 'a' && c <= 'f'  ? c - 'a' + 10
-                                : -1;
-}
-
 std::string decodeQuotedPrintable(std::string_view text)
 {
     std::string bytes;
@@ -74,8 +67,8 @@ std::string decodeQuotedPrintable(std::string_view text)
         text.remove_prefix(end + 1);
         if (text.starts_with("\r\n") || text.starts_with('\n')) {
             text.remove_prefix(text.front() == '\r' ? 2 : 1);
-        } else if (text.size() >= 2 && hexDigit(text[0]) >= 0 && hexDigit(text[1]) >= 0) {
-            bytes += static_cast<char>(hexDigit(text[0]) * 16 + hexDigit(text[1]));
+        } else if (const int byte = caddis::hexByte(text); byte >= 0) {
+            bytes += static_cast<char>(byte);
             text.remove_prefix(2);
         } else {
             bytes += '=';

@@ -1,6 +1,7 @@
 #include "markup/Entities.h"
 
 #include "markup/EntityTable.h"
+#include "platform/base/HexDigit.h"
 #include "platform/base/UnitBuffer.h"
 #include "platform/base/UnitSearch.h"
 #include "text/CharacterTables.h"
@@ -48,15 +49,6 @@ bool isAsciiLetter(char16_t unit)
 
 bool isAsciiAlphanumeric(char16_t unit) { return (unit >= u'0' && unit <= u'9') || isAsciiLetter(unit); }
 
-// The digit's value in bases up to 16; 16 for what is no digit.
-unsigned digitValue(char16_t unit)
-{
-    if (unit >= u'0' && unit <= u'9')
-        return unit - u'0';
-    const auto lower = static_cast<char16_t>(unit | 0x20);
-    return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10U : 16U;
-}
-
 // "&#65;" and "&#x41;". Surrogates are taken as units, so that a pair written as two numbers joins again.
 Reference numericReference(std::u16string_view text)
 {
@@ -69,7 +61,7 @@ Reference numericReference(std::u16string_view text)
     const std::size_t firstDigit = index;
     char32_t value = 0;
     for (; index < text.size(); ++index) {
-        const unsigned digit = digitValue(text[index]);
+        const auto digit = static_cast<unsigned>(hexDigit(text[index])); // Beyond all bases for what is none.
         if (digit >= base)
             break;
         value = std::min<char32_t>(value * base + digit, LastCodePoint + 1);

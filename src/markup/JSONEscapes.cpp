@@ -1,8 +1,10 @@
 #include "markup/JSONEscapes.h"
 
+#include "platform/base/HexDigit.h"
 #include "platform/base/MutableString.h"
 #include "platform/base/UnitSearch.h"
 
+#include <algorithm>
 #include <bit>
 #include <emmintrin.h>
 
@@ -13,15 +15,7 @@ namespace {
 
 using Text = std::u16string_view;
 
-constexpr unsigned digitValue(char16_t unit)
-{
-    const char16_t lower = unit | 32;
-    if (unit >= u'0' && unit <= u'9')
-        return unit - u'0';
-    return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : 0;
-}
-
-// Takes up to `count` units off the front as hexadecimal digits; missing ones count as 0.
+// Takes up to `count` units off the front as hexadecimal digits; missing ones, and what is none, count as 0.
 char16_t takeHexadecimal(Text& rest, unsigned count)
 {
     unsigned value = 0;
@@ -29,7 +23,7 @@ char16_t takeHexadecimal(Text& rest, unsigned count)
         value <<= 4;
         if (rest.empty())
             continue;
-        value |= digitValue(rest.front());
+        value |= static_cast<unsigned>(std::max(hexDigit(rest.front()), 0));
         rest.remove_prefix(1);
     }
     return static_cast<char16_t>(value);

@@ -19,6 +19,7 @@ TEST(DataURL, CarriesItsDataTypeAndCharset)
     EXPECT_EQ(contents(u"data:Text/HTML;charset=utf-8,x"_s)->mimeType, u"text/html"_s);
     EXPECT_EQ(contents(u"DATA:text/html;charset=utf-8;base64,eA=="_s)->charset, u"utf-8"_s);
     EXPECT_EQ(contents(u"data:;base64,YWJj%0AZA"_s)->data.chars(), "abcd");
+    EXPECT_EQ(contents(u"data:;base64,-_*%2B%2f"_s)->data.chars(), "\xFB\xFF\xBF");
 }
 
 TEST(DataURL, OthersAreNone)

@@ -4,7 +4,7 @@ namespace caddis {
 
 namespace {
 
-std::optional<unsigned> digitValue(char16_t unit)
+std::optional<unsigned> digitValue(char16_t unit, Base64Reading reading)
 {
     if (unit >= u'A' && unit <= u'Z')
         return unit - u'A';
@@ -14,6 +14,8 @@ std::optional<unsigned> digitValue(char16_t unit)
         return unit - u'0' + 52U;
     if (unit == u'+' || unit == u'/')
         return unit == u'+' ? 62U : 63U;
+    if (reading == Base64Reading::Lenient && (unit == u'-' || unit == u'_'))
+        return unit == u'-' ? 62U : 63U;
     return std::nullopt;
 }
 
@@ -21,7 +23,7 @@ bool isWhite(char16_t unit) { return unit == u' ' || (unit >= u'\t' && unit <= u
 
 } // namespace
 
-std::optional<Data> dataFromBase64(std::u16string_view text)
+std::optional<Data> dataFromBase64(std::u16string_view text, Base64Reading reading)
 {
     std::vector<std::uint8_t> bytes;
     bytes.reserve(text.size() / 4 * 3 + 2);
@@ -32,7 +34,9 @@ std::optional<Data> dataFromBase64(std::u16string_view text)
             continue;
         if (unit == u'=')
             break;
-        const auto digit = digitValue(unit);
+        const auto digit = digitValue(unit, reading);
+        if (!digit && reading == Base64Reading::Lenient)
+            continue;
         if (!digit)
             return std::nullopt;
         group = (group << 6U | *digit) & 0xFFFFFFU;

@@ -1,5 +1,6 @@
 #include "platform/base/URL.h"
 
+#include "platform/base/HexDigit.h"
 #include "platform/base/MutableString.h"
 
 #include <algorithm>
@@ -22,14 +23,6 @@ constexpr bool isPathCharacter(unsigned char byte)
 {
     return isAsciiAlpha(byte) || isAsciiDigit(byte)
         || std::u16string_view(u"/-._~!$&'()*+,;=:@").find(byte) != std::u16string_view::npos;
-}
-
-int hexDigit(char16_t unit)
-{
-    if (isAsciiDigit(unit))
-        return unit - u'0';
-    const int letter = (unit | 0x20) - u'a';
-    return letter >= 0 && letter < 6 && unit < 0x80 ? letter + 10 : -1;
 }
 
 } // namespace
@@ -112,13 +105,10 @@ std::optional<String> stringByRemovingPercentEscapes(const String& text)
             bytes.push_back(escaped[index]);
             continue;
         }
-        if (escaped.size() - index < 3)
+        const int byte = hexByte(std::string_view(escaped).substr(index + 1));
+        if (byte < 0)
             return std::nullopt;
-        const int high = hexDigit(static_cast<unsigned char>(escaped[index + 1]));
-        const int low = hexDigit(static_cast<unsigned char>(escaped[index + 2]));
-        if (high < 0 || low < 0)
-            return std::nullopt;
-        bytes.push_back(static_cast<char>(high << 4 | low));
+        bytes.push_back(static_cast<char>(byte));
         index += 2;
     }
     return String::fromStrictUtf8(bytes);

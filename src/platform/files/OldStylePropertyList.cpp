@@ -1,5 +1,6 @@
 #include "platform/files/PropertyList.h"
 
+#include "platform/base/HexDigit.h"
 #include "platform/base/MutableString.h"
 #include "platform/unicode/TextEncoding.h"
 
@@ -18,18 +19,8 @@ bool isUnquoted(char16_t unit)
         || std::u16string_view(u"_$/:.-").find(unit) != std::u16string_view::npos;
 }
 
-std::optional<unsigned> hexadecimal(char16_t unit)
-{
-    if (unit >= u'0' && unit <= u'9')
-        return unit - u'0';
-    if (unit >= u'a' && unit <= u'f')
-        return unit - u'a' + 10U;
-    if (unit >= u'A' && unit <= u'F')
-        return unit - u'A' + 10U;
-    return std::nullopt;
-}
-
 bool isOctal(char16_t unit) { return unit >= u'0' && unit <= u'7'; }
+bool isHexadecimal(char16_t unit) { return hexDigit(unit) >= 0; }
 
 class OldStyleReader {
 public:
@@ -116,17 +107,17 @@ private:
     std::optional<Value> data()
     {
         std::vector<std::uint8_t> bytes;
-        std::optional<unsigned> high;
+        int high = -1;
         while (!take(u'>')) {
-            const auto digit = m_rest.empty() ? std::nullopt : hexadecimal(m_rest.front());
-            if (!digit)
+            const int digit = m_rest.empty() ? -1 : hexDigit(m_rest.front());
+            if (digit < 0)
                 return std::nullopt;
             m_rest.remove_prefix(1);
-            if (high)
-                bytes.push_back(static_cast<std::uint8_t>(*high << 4U | *digit));
-            high = high ? std::nullopt : digit;
+            if (high >= 0)
+                bytes.push_back(static_cast<std::uint8_t>(high * 16 + digit));
+            high = high < 0 ? digit : -1;
         }
-        return high ? std::nullopt : std::optional(Value(Data::adopt(std::move(bytes))));
+        return high < 0 ? std::optional(Value(Data::adopt(std::move(bytes)))) : std::nullopt;
     }
 
     std::optional<String> string()
@@ -176,7 +167,6 @@ private:
         constexpr std::u16string_view Letters = u"abfnrtv";
         constexpr std::u16string_view Meanings = u"\a\b\f\n\r\t\v";
         const std::size_t letter = Letters.find(unit);
-        const auto isHexadecimal = [](char16_t digit) { return hexadecimal(digit).has_value(); };
         if (unit == u'U' && !m_rest.empty() && isHexadecimal(m_rest.front()))
             result.append(static_cast<char16_t>(digits(4, isHexadecimal, 16)));
         else
@@ -187,7 +177,7 @@ private:
     {
         unsigned number = 0;
         for (; most > 0 && !m_rest.empty() && isDigit(m_rest.front()); --most) {
-            number = number * base + *hexadecimal(m_rest.front());
+            number = number * base + static_cast<unsigned>(hexDigit(m_rest.front()));
             m_rest.remove_prefix(1);
         }
         return number;

@@ -1,5 +1,7 @@
 #include "platform/pdf/engine/ContentLexer.h"
 
+#include "platform/base/HexDigit.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -29,14 +31,6 @@ constexpr auto classes = makeClasses();
 
 Class classOf(char byte) { return classes[static_cast<unsigned char>(byte)]; }
 bool endsWord(char byte) { return classOf(byte) == White || classOf(byte) == Delimiter; }
-
-int hexValue(char digit)
-{
-    if (digit >= '0' && digit <= '9')
-        return digit - '0';
-    const char lower = static_cast<char>(digit | 0x20);
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
 
 // EI may occur in the image's bytes by chance; what follows the real one is text again.
 bool looksLikeContent(const char* at, const char* end)
@@ -149,10 +143,9 @@ void ContentLexer::readName()
     char* const start = m_at;
     char* out = start;
     while (m_at < m_end && !endsWord(*m_at)) {
-        const bool escaped
-            = *m_at == '#' && m_end - m_at > 2 && hexValue(m_at[1]) >= 0 && hexValue(m_at[2]) >= 0;
-        *out++ = escaped ? static_cast<char>(hexValue(m_at[1]) * 16 + hexValue(m_at[2])) : *m_at;
-        m_at += escaped ? 3 : 1;
+        const int escaped = *m_at == '#' ? hexByte({ m_at + 1, m_end }) : -1;
+        *out++ = escaped < 0 ? *m_at : static_cast<char>(escaped);
+        m_at += escaped < 0 ? 1 : 3;
     }
     add(Operand::Kind::Name, 0, { start, static_cast<std::size_t>(out - start) });
 }
@@ -202,7 +195,7 @@ void ContentLexer::readHexString()
     char* out = start;
     int high = -1;
     for (; m_at < m_end && *m_at != '>'; ++m_at) {
-        const int value = hexValue(*m_at);
+        const int value = hexDigit(static_cast<unsigned char>(*m_at));
         if (value < 0)
             continue;
         if (high >= 0)
