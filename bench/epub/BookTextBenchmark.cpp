@@ -50,7 +50,7 @@ Book makeBook(std::size_t bytes)
         manifest.append("<item media-type='application/xhtml+xml' id='").append(name);
         manifest.append("' href='").append(name).append("'/>");
         spine.append("<itemref idref='").append(name).append("'/>");
-        book.deflated.push_back(ZipBuilder::deflated(page));
+        book.deflated.push_back(deflated(page));
         book.sizes.push_back(page.size());
         total += page.size();
     }

@@ -1,9 +1,9 @@
 // What the host makes of an importer's answer by the kind of document, and what it reads itself.
 
 #include "importers/ImporterHostTest.h"
+#include "support/Deflate.h"
 
 #include <gtest/gtest.h>
-#include <zlib.h>
 
 namespace caddis {
 namespace {
@@ -55,23 +55,6 @@ TEST_F(Refinement, ReadsThePreviewOfSavedSearches)
     const auto metaData = host.metaDataOfFileAtPath(root.path("x.fennikSearch"));
     EXPECT_EQ(metaData, (Dictionary { { u"kMDItemTextContent"_s, u"found"_s } }));
     EXPECT_EQ(host.metaDataOfFileAtPath(root.write("y.FENNIKSEARCH", "")), Dictionary());
-}
-
-// With the wrapper of gzip (windowBits 31) or zlib (15).
-std::string deflated(const std::string& text, int windowBits)
-{
-    z_stream stream {};
-    deflateInit2(&stream, 9, Z_DEFLATED, windowBits, 9, Z_DEFAULT_STRATEGY);
-    std::string out(deflateBound(&stream, text.size()), '\0');
-    std::string in = text;
-    stream.next_in = reinterpret_cast<Bytef*>(in.data());
-    stream.avail_in = static_cast<uInt>(in.size());
-    stream.next_out = reinterpret_cast<Bytef*>(out.data());
-    stream.avail_out = static_cast<uInt>(out.size());
-    deflate(&stream, Z_FINISH);
-    out.resize(stream.total_out);
-    deflateEnd(&stream);
-    return out;
 }
 
 TEST_F(Refinement, ReadsOutlinesItself)

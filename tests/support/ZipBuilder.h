@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Deflate.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -75,22 +77,6 @@ public:
             u32(static_cast<std::uint32_t>(m_directory.size())),
             u32(static_cast<std::uint32_t>(m_members.size())), u16(0));
         return archive;
-    }
-
-    /// Raw deflate, as members hold it.
-    static std::string deflated(std::string bytes)
-    {
-        z_stream stream {};
-        deflateInit2(&stream, 9, Z_DEFLATED, -MAX_WBITS, 9, Z_DEFAULT_STRATEGY);
-        std::string out(deflateBound(&stream, bytes.size()), '\0');
-        stream.next_in = reinterpret_cast<Bytef*>(bytes.data());
-        stream.avail_in = static_cast<uInt>(bytes.size());
-        stream.next_out = reinterpret_cast<Bytef*>(out.data());
-        stream.avail_out = static_cast<uInt>(out.size());
-        deflate(&stream, Z_FINISH);
-        out.resize(stream.total_out);
-        deflateEnd(&stream);
-        return out;
     }
 
 private:
