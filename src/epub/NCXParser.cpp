@@ -3,7 +3,15 @@
 #include "foundation/URLExtensions.h"
 #include "text/StringUtilities.h"
 
+#include <algorithm>
+
 namespace caddis {
+
+namespace {
+
+constexpr std::size_t DeepestEntry = 256;
+
+} // namespace
 
 NCXParser::NCXParser(const Data& data)
 {
@@ -47,21 +55,23 @@ void NCXParser::foundCharacters(const String& characters)
 }
 
 // The pending entry becomes a child of the open one and is open itself. When even the root was popped, it
-// hangs nowhere.
+// hangs nowhere. Outside all navPoints, entries open that nothing closes: what would be too deep for those
+// who walk through the tree hangs at the deepest entry that is not.
 void NCXParser::flush()
 {
     if (m_content && m_label) {
         const std::size_t index = m_entries.size();
         m_entries.push_back({ *m_content, String(trimmingWhiteSpaces(m_label->view())), {} });
-        if (!m_navPoints.empty())
-            m_entries[m_navPoints.back()].children.push_back(index);
+        if (!m_navPoints.empty()) {
+            const std::size_t parent = m_navPoints[std::min(m_navPoints.size(), DeepestEntry) - 1];
+            m_entries[parent].children.push_back(index);
+        }
         m_navPoints.push_back(index);
     }
     m_content.reset();
     m_label.reset();
 }
 
-// As deep as elements may be nested, which the XML parser bounds.
 Array NCXParser::childrenOf(const Entry& entry) const
 {
     Array children;

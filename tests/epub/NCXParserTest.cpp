@@ -64,5 +64,26 @@ TEST(NCXParser, KeepsWhatABrokenDocumentGave)
     EXPECT_EQ(NCXParser(Data::copyOf(deep)).children().size(), 1U);
 }
 
+std::size_t depthOf(const Array& entries)
+{
+    std::size_t depth = 0;
+    for (const Value& value : entries) {
+        const Value* children = value.as<Dictionary>()->find(u"children");
+        depth = std::max(depth, children ? depthOf(*children->as<Array>()) : 0);
+    }
+    return entries.empty() ? 0 : depth + 1;
+}
+
+TEST(NCXParser, BoundsTheDepthOfEntriesThatNothingCloses)
+{
+    const std::string open = "<navLabel>a</navLabel><content src='a'/>" + point("b");
+    EXPECT_EQ(parsed(open + open), "a=a(b=b.html a=a(b=b.html))");
+    std::string deep;
+    for (int level = 0; level < 100'000; ++level)
+        deep += open;
+    const NCXParser parser(Data::copyOf("<ncx>" + deep + "</ncx>"));
+    EXPECT_EQ(depthOf(parser.children()), 256U);
+}
+
 } // namespace
 } // namespace caddis
