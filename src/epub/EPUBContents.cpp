@@ -18,12 +18,16 @@
 #include "platform/files/FileSystem.h"
 #include "text/StringUtilities.h"
 
+#include <algorithm>
+
 namespace caddis {
 
 namespace {
 
 // More than any book has: what hostile ones go on with is left out.
 constexpr std::size_t MostTextUnits = std::size_t(64) << 20;
+constexpr std::uint64_t MostReadBytes = std::uint64_t(128) << 20;
+constexpr std::uint64_t LeastChargedBytes = 4096; // A million empty documents take their time, too.
 
 // Of one document: each byte costs up to six in memory until its text is made. A thick novel has two million.
 constexpr std::size_t MostMarkupBytes = std::size_t(16) << 20;
@@ -41,6 +45,18 @@ std::optional<String> markupText(std::optional<Data> data)
 
 } // namespace
 
+// A spine may name one document a million times, so what is read for one result has a limit.
+std::optional<String> EPUBParser::documentText(const String& path, std::uint64_t& allowance)
+{
+    if (allowance == 0) {
+        noteLeftOut(u"documents of the book beyond 128 MiB");
+        return std::nullopt;
+    }
+    const auto data = dataForNamedFile(path);
+    allowance -= std::min(allowance, std::max<std::uint64_t>(data ? data->size() : 0, LeastChargedBytes));
+    return markupText(data);
+}
+
 const std::optional<Array>& EPUBParser::rootChildren()
 {
     if (!m_children)
@@ -55,12 +71,13 @@ std::optional<Array> EPUBParser::makeRootChildren()
         ncx = NCXParser(*data).children();
     if (countChildren(ncx.value_or(Array())) >= m_spines.size())
         return ncx;
+    std::uint64_t allowance = MostReadBytes;
     const auto base = tableOfContentsURL();
-    const auto titles = linkTitles(base);
+    const auto titles = linkTitles(base, allowance);
     const auto titleOf = [&](const String& content) {
         const auto url = base ? URLRelativeTo(*base, content) : std::nullopt;
         const auto title = url ? titles.find(url->absoluteString()) : titles.end();
-        return title != titles.end() ? title->second : titleOfDocument(content);
+        return title != titles.end() ? title->second : titleOfDocument(content, allowance);
     };
     return treeOfSpine(ncx.value_or(Array()), spineContents(), titleOf);
 }
@@ -85,16 +102,17 @@ std::optional<URL> EPUBParser::tableOfContentsURL() const
                   : std::nullopt;
 }
 
-std::unordered_map<String, String> EPUBParser::linkTitles(const std::optional<URL>& base)
+std::unordered_map<String, String> EPUBParser::linkTitles(
+    const std::optional<URL>& base, std::uint64_t& allowance)
 {
-    const auto html = base ? markupText(dataForNamedFile(*m_tocFile)) : std::nullopt;
+    const auto html = base ? documentText(*m_tocFile, allowance) : std::nullopt;
     return html ? getLinkTitles(*html, *base) : std::unordered_map<String, String>();
 }
 
 // The first line of its text, else its file's name.
-String EPUBParser::titleOfDocument(const String& content)
+String EPUBParser::titleOfDocument(const String& content, std::uint64_t& allowance)
 {
-    const auto html = markupText(dataForNamedFile(pathInOPFFolder(content)));
+    const auto html = documentText(pathInOPFFolder(content), allowance);
     const String text = html ? stringByConvertingHtml2PlainTextNonUmlauted(
                             *html, false, { .reformat = true, .onlyBody = true, .googleTags = true })
                                    .text
@@ -129,12 +147,13 @@ std::optional<String> EPUBParser::textContents()
     if (hasDRM())
         return std::nullopt;
     MutableString text;
+    std::uint64_t allowance = MostReadBytes;
     for (const String& content : spineContents()) {
         if (text.length() > MostTextUnits) {
             noteLeftOut(u"a book's text beyond 64 million characters");
             break;
         }
-        const auto html = markupText(dataForNamedFile(pathInOPFFolder(content)));
+        const auto html = documentText(pathInOPFFolder(content), allowance);
         if (!html)
             continue;
         text.append(stringByConvertingHtml2PlainTextNonUmlauted(
@@ -153,9 +172,10 @@ std::optional<String> EPUBParser::htmlContents()
     html.append(u"<html>\n<meta http-equiv=\"Content-Type\" content=\"text/html; charset=UTF-8\"/>\n");
     const auto folder = unzippedEPUB() ? FileSystem::canonicalPath(*m_epubFolder) : std::nullopt;
     std::size_t embeddedBytes = 0;
+    std::uint64_t allowance = MostReadBytes;
     bool notFirst = false;
     for (const String& content : folder ? spineContents() : std::vector<String>()) {
-        const auto text = markupText(dataForNamedFile(pathInOPFFolder(content)));
+        const auto text = documentText(pathInOPFFolder(content), allowance);
         if (!text)
             continue;
         const String path = stringByAppendingPathComponent(*folder, pathInOPFFolder(content));

@@ -80,7 +80,8 @@ public:
     /// The way back: nil unless it is a file URL below the OPF folder of the unpacked copy.
     std::optional<String> contentForURL(const URL& url) const;
 
-    // The contents (EPUBContents.cpp). All whole-book results are nil for a book with rights management.
+    // The contents (EPUBContents.cpp). All whole-book results are nil for a book with rights management. For
+    // each of them at most 128 MiB of documents are read, and 32,768 documents.
 
     /// The table of contents as an array of navigation entries: the NCX list, or a tree over the spine where
     /// that list is flat and shorter; nil for a book with neither. Made at the first call.
@@ -125,8 +126,9 @@ private:
     std::optional<Array> makeRootChildren();
     std::vector<String> spineContents() const;
     std::optional<URL> tableOfContentsURL() const;
-    std::unordered_map<String, String> linkTitles(const std::optional<URL>& base);
-    String titleOfDocument(const String& content);
+    std::unordered_map<String, String> linkTitles(const std::optional<URL>& base, std::uint64_t& allowance);
+    String titleOfDocument(const String& content, std::uint64_t& allowance);
+    std::optional<String> documentText(const String& path, std::uint64_t& allowance);
 
     String opfFolder() const;
     std::optional<String> pathInCopy(const String& name);

@@ -216,5 +216,23 @@ TEST_F(EPUBContentsTest, ReadsNothingOutsideTheBook)
     EXPECT_EQ(book.htmlContents()->view().find(u"c2VjcmV0"), std::u16string_view::npos);
 }
 
+TEST_F(EPUBContentsTest, ReadsOnlySoMuchHoweverOftenTheSpineNamesIt)
+{
+    std::string spine;
+    for (int reference = 0; reference < 40'000; ++reference)
+        spine += "<itemref idref='a'/>";
+    EPUBParser book(m_folder.write("many.epub",
+        ZipBuilder()
+            .add("META-INF/container.xml", containerDocument)
+            .add("OPS/a.opf",
+                packageDocument("<item id='a' href='a.html' media-type='application/xhtml+xml'/>" + spine))
+            .add("OPS/a.html", "<body>x</body>")
+            .bytes()));
+    EXPECT_EQ(book.textContents()->length(), 2U * 32'768);
+    EXPECT_EQ(book.rootChildren()->size(), 40'000U);
+    EXPECT_EQ(book.rootChildren()->back().as<Dictionary>()->stringForKey(u"label"), u"a"_s)
+        << "its file's name";
+}
+
 } // namespace
 } // namespace caddis
