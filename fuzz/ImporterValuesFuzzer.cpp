@@ -5,6 +5,7 @@
 // is left over (the sanitizer sees that).
 
 #include "Fuzz.h"
+#include "ValueCount.h"
 #include "platform/plugin/ImporterValues.h"
 
 #include <array>
@@ -12,19 +13,6 @@
 namespace {
 
 using namespace caddis;
-
-std::size_t countOf(const Value& value)
-{
-    std::size_t count = 1;
-    if (const auto* items = value.as<Array>()) {
-        for (const Value& item : *items)
-            count += countOf(item);
-    } else if (const auto* entries = value.as<Dictionary>()) {
-        for (const auto& entry : *entries)
-            count += countOf(entry.value);
-    }
-    return count;
-}
 
 void replaceValue(CaddisValue*& place, CaddisValue* value)
 {

@@ -4,26 +4,10 @@
 // wrote of it, the old-style reader reads; of strings and data alone, it writes the same again.
 
 #include "Fuzz.h"
+#include "ValueCount.h"
 #include "platform/files/PropertyList.h"
 
-namespace {
-
 using namespace caddis;
-
-std::size_t countOf(const Value& value)
-{
-    std::size_t count = 1;
-    if (const auto* items = value.as<Array>()) {
-        for (const Value& item : *items)
-            count += countOf(item);
-    } else if (const auto* entries = value.as<Dictionary>()) {
-        for (const auto& entry : *entries)
-            count += countOf(entry.value);
-    }
-    return count;
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
