@@ -1,5 +1,6 @@
 #include "platform/ipc/Task.h"
 
+#include "platform/base/ArgumentPointers.h"
 #include "platform/base/Exception.h"
 #include "platform/ipc/Session.h"
 
@@ -67,16 +68,6 @@ private:
     posix_spawn_file_actions_t m_actions;
     posix_spawnattr_t m_attributes;
 };
-
-std::vector<char*> pointersTo(std::vector<std::string>& texts)
-{
-    std::vector<char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
-}
 
 // A name for the process that no other one can get. By number, because glibc 2.36 declares the functions for
 // C only.

@@ -1,5 +1,6 @@
 #include "platform/task/ChildProcess.h"
 
+#include "platform/base/ArgumentPointers.h"
 #include "platform/base/Descriptor.h"
 #include "platform/sandbox/Sandbox.h"
 
@@ -91,16 +92,6 @@ void apply(const ChildLimits& limits)
         syscall(SYS_close_range, FirstClosedDescriptor, ~0U, 0);
     execve(start.arguments[0], start.arguments, start.environment);
     _exit(CannotExecute);
-}
-
-std::vector<char*> pointersTo(std::vector<std::string>& texts)
-{
-    std::vector<char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
 }
 
 class Exchange {
