@@ -142,6 +142,19 @@ TEST(HostilePictures, SizesThatAreOnlyClaimedCostNothing)
     }
 }
 
+TEST(HostilePictures, RowsThatABitmapDoesNotHoldAreBlack)
+{
+    const auto bitmap = [](std::uint32_t wide, std::uint32_t high, const std::string& pixels) {
+        return "BM" + le(54, 4) + le(0, 4) + le(54, 4) + le(40, 4) + le(wide, 4) + le(high, 4) + le(1, 2)
+            + le(24, 2) + std::string(24, '\0') + pixels;
+    };
+    EXPECT_FALSE(sourceOf(bitmap(6'356'992, 12, "")));
+    const std::string redRow = std::string("\0\0\xFF", 3) + "\0";
+    EXPECT_EQ(seen(sourceOf(bitmap(1, 2, redRow))->imageAtIndex(0)), "1x2 kkrr");
+    const auto large = sourceOf(bitmap(60'000, 6'000, std::string(120'000, '\xFF')));
+    EXPECT_EQ(seen(large->thumbnailAtIndex(0, { .maxPixelSize = 64 })), "64x6 kkkk");
+}
+
 TEST(HostilePictures, IconsOutsideTheirFileAreNone)
 {
     const std::string entry = le(0x20101, 4) + le(0, 4);

@@ -63,7 +63,6 @@ DIB::DIB(Bytes bytes, std::size_t header, std::size_t pixels, Use use)
         readHeader(header);
     if (use == Use::Icon)
         m_info.pixelsHigh /= 2;
-    // Not even the header is trusted further than the bytes go: what lies outside is black.
     if (!isKnown(m_bits, m_compression) || !limits::allows(m_info.pixelsWide, m_info.pixelsHigh)
         || std::max(m_info.pixelsWide, m_info.pixelsHigh) > LargestSide)
         throw Broken();
@@ -170,6 +169,8 @@ std::size_t DIB::bytesPerRow(std::uint32_t bits) const
 
 std::size_t DIB::rowFromTop(std::size_t y) const { return m_isTopDown ? y : m_info.pixelsHigh - 1 - y; }
 
+std::size_t DIB::placeOfRow(std::size_t y) const { return m_pixels + rowFromTop(y) * bytesPerRow(m_bits); }
+
 std::string_view DIB::embeddedFile() const
 {
     const bool isFile = m_compression == JPEG || m_compression == PNG;
@@ -243,7 +244,7 @@ void DIB::setColour(std::uint32_t index, std::uint8_t* out) const
 
 void DIB::setRow(std::size_t y, std::uint8_t* out) const
 {
-    const std::size_t row = m_pixels + rowFromTop(y) * bytesPerRow(m_bits);
+    const std::size_t row = placeOfRow(y);
     for (std::size_t x = 0; x < m_info.pixelsWide; ++x, out += 4) {
         if (m_bits <= 8) {
             setColour(indexAt(row, x), out);
@@ -278,14 +279,17 @@ void DIB::decode(RowSink& sink) const
     sink.begin(
         m_info.pixelsWide, m_info.pixelsHigh, m_info.hasAlpha ? PixelLayout::Straight : PixelLayout::Opaque);
     std::vector<std::uint8_t> row(wide * 4);
+    bool isBlank = false; // Rows outside the file are all the same, and are made once.
     for (std::size_t y = 0; y < m_info.pixelsHigh; ++y) {
+        const bool isOutside = !isRuns && !m_bytes.has(placeOfRow(y), 1);
         if (isRuns)
             for (std::size_t x = 0; x < wide; ++x)
                 setColour(runs[rowFromTop(y) * wide + x], &row[x * 4]);
-        else
+        else if (!isOutside || !isBlank)
             setRow(y, row.data());
         if (m_iconMask > 0 && m_masks[3].most == 0)
             applyIconMask(y, row.data());
+        isBlank = isOutside;
         sink.row(row.data());
     }
 }

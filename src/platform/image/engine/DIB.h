@@ -37,6 +37,7 @@ private:
     bool isMostlyMissing() const;
     std::size_t bytesPerRow(std::uint32_t bits) const;
     std::size_t rowFromTop(std::size_t y) const;
+    std::size_t placeOfRow(std::size_t y) const;
     std::vector<std::uint8_t> unpackedRuns() const;
     std::uint32_t indexAt(std::size_t row, std::size_t x) const;
     void setColour(std::uint32_t index, std::uint8_t* out) const;
