@@ -46,12 +46,13 @@ const auto InProcess = testing::Values(std::pair("quarters.avif", u"public.avif"
     std::pair("quarters.bmp", u"com.microsoft.bmp"), std::pair("quarters.gif", u"com.compuserve.gif"),
     std::pair("quarters.heic", u"public.heic"), std::pair("quarters.ico", u"com.microsoft.ico"),
     std::pair("quarters.jp2", u"public.jpeg-2000"), std::pair("quarters.jxl", u"public.jpeg-xl"),
-    std::pair("quarters.ppm", u"public.pbm"), std::pair("quarters.psd", u"com.adobe.photoshop-image"),
-    std::pair("quarters.svg", u"public.svg-image"), std::pair("quarters.tga", u"com.truevision.tga-image"),
-    std::pair("quarters.tiff", u"public.tiff"), std::pair("quarters.webp", u"org.webmproject.webp"));
+    std::pair("quarters.pict", u"com.apple.pict"), std::pair("quarters.ppm", u"public.pbm"),
+    std::pair("quarters.psd", u"com.adobe.photoshop-image"), std::pair("quarters.svg", u"public.svg-image"),
+    std::pair("quarters.tga", u"com.truevision.tga-image"), std::pair("quarters.tiff", u"public.tiff"),
+    std::pair("quarters.webp", u"org.webmproject.webp"));
 // A program of its own reads these.
-const auto Rare = testing::Values(std::pair("quarters.pcx", u"com.zsoft.pcx"),
-    std::pair("quarters.pict", u"com.apple.pict"), std::pair("quarters.sgi", u"com.sgi.sgi-image"));
+const auto Rare = testing::Values(
+    std::pair("quarters.pcx", u"com.zsoft.pcx"), std::pair("quarters.sgi", u"com.sgi.sgi-image"));
 INSTANTIATE_TEST_SUITE_P(InProcess, Formats, InProcess, extensionOf);
 INSTANTIATE_TEST_SUITE_P(Rare, Formats, Rare, extensionOf);
 INSTANTIATE_TEST_SUITE_P(InProcess, CutFormats, InProcess, extensionOf);

@@ -51,6 +51,12 @@ std::unique_ptr<Reader> openJPEGXL(const Data& data)
     return opened(module, data);
 }
 
+std::unique_ptr<Reader> openPICT(const Data& data)
+{
+    static const Module module("caddis-image-pict");
+    return opened(module, data);
+}
+
 std::unique_ptr<Reader> openSVG(const Data& data)
 {
     static const Module module("caddis-image-svg");

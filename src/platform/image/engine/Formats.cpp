@@ -67,7 +67,7 @@ constexpr Signature signatures[] = {
 constexpr Format portableMap { u"public.pbm", openPNM };
 constexpr Format vector { u"public.svg-image", openSVG };
 constexpr Format raw { u"public.camera-raw-image", openRAW };
-constexpr Format pict { u"com.apple.pict", nullptr, "PICT" };
+constexpr Format pict { u"com.apple.pict", openPICT };
 constexpr Format xbitmap { u"public.xbitmap", nullptr, "XBM" };
 constexpr Format targa { u"com.truevision.tga-image", openTGA };
 

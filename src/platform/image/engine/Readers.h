@@ -13,6 +13,7 @@ OpenReader openICO;
 OpenReader openJPEG;
 OpenReader openJPEG2000;
 OpenReader openJPEGXL;
+OpenReader openPICT;
 OpenReader openPNG;
 OpenReader openPNM;
 OpenReader openPSD;
