@@ -10,7 +10,7 @@ namespace caddis::image {
 
 /// What a camera raw file carries to be shown.
 struct RawPreviews {
-    Data large; ///< a JPEG file
+    Data large; ///< a JPEG or TIFF file
     std::optional<Data> small; ///< another, at least 160 pixels long
     int orientation = 0; ///< 1 to 8; 0: the file doesn't say
 };

@@ -195,7 +195,7 @@ extern "C" [[gnu::visibility("default")]] std::optional<RawPreviews> caddisReadR
     };
     RawPreviews previews;
     for (const auto& properties : manager.getPreviewProperties()) { // From the smallest.
-        if (properties.mimeType_ != "image/jpeg")
+        if (properties.mimeType_ != "image/jpeg" && properties.mimeType_ != "image/tiff")
             continue;
         const bool isEnough = std::max(properties.width_, properties.height_) >= LeastThumbnail;
         if (isEnough && !previews.small)

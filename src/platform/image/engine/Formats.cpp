@@ -3,7 +3,6 @@
 #include "platform/image/engine/Readers.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace caddis::image {
 
@@ -40,12 +39,13 @@ constexpr Signature signatures[] = {
     { "????ftyphev?", { u"public.heic", openHEIF } },
     { "????ftypmif1", { u"public.heif", openHEIF } },
     { "????ftypmsf1", { u"public.heif", openHEIF } },
-    { "FUJIFILMCCD-RAW", { u"com.fuji.raw-image", openRAW } },
+    { "FUJIFILMCCD-RAW", { u"com.fuji.raw-image", openRAF } },
     { "IIRO", { u"com.olympus.raw-image", openRAW } },
     { "IIRS", { u"com.olympus.raw-image", openRAW } },
     { "MMOR", { u"com.olympus.raw-image", openRAW } },
     { "IIU\0"sv, { u"com.panasonic.raw-image", openRAW } },
     { "\0MRM"sv, { u"com.konicaminolta.raw-image", openRAW } },
+    { "????ftypcrx ", { u"com.canon.cr3-raw-image", openRAW } },
     { "II\x1A\0\0\0HEAPCCDR"sv, { u"com.canon.crw-raw-image", openRAW } },
     { "\x0A?\x01", { u"com.zsoft.pcx", nullptr, "PCX" } },
     { "\xB1\x68\xDE\x3A", { u"com.zsoft.dcx", nullptr, "DCX" } },
@@ -61,6 +61,9 @@ constexpr Signature signatures[] = {
     { "XPDS", { u"org.smpte.dpx", nullptr, "DPX" } },
     { "\xFFWPC", { u"com.corel.wpg", nullptr, "WPG" } },
     { "\x8BJNG", { u"org.libpng.jng", nullptr, "JNG" } },
+    { "\x1F\x8B\x08", { u"public.svg-image", openSVGZ } },
+    { "????idsc", { u"com.apple.quicktime-image", openQTIF } },
+    { "????idat", { u"com.apple.quicktime-image", openQTIF } },
     { "/* XPM */", { u"public.xpixmap", nullptr, "XPM" } },
 };
 
@@ -105,7 +108,8 @@ bool isXBM(std::string_view bytes)
     return bytes.starts_with("#define ") && width != bytes.npos;
 }
 
-// Whether the first element is "svg", whatever stands before it.
+} // namespace
+
 bool isSVG(std::string_view bytes)
 {
     constexpr std::size_t searched = 64 << 10;
@@ -131,8 +135,6 @@ bool isSVG(std::string_view bytes)
     const std::string_view name = bytes.substr(0, bytes.find_first_of(" \t\r\n>/"));
     return name == "<svg" || (name.starts_with('<') && name.ends_with(":svg"));
 }
-
-} // namespace
 
 const Format* formatOf(std::string_view bytes)
 {

@@ -17,8 +17,11 @@ OpenReader openPICT;
 OpenReader openPNG;
 OpenReader openPNM;
 OpenReader openPSD;
+OpenReader openQTIF;
+OpenReader openRAF;
 OpenReader openRAW;
 OpenReader openSVG;
+OpenReader openSVGZ;
 OpenReader openTGA;
 OpenReader openTIFF;
 OpenReader openWebP;
@@ -27,6 +30,8 @@ OpenReader openWebP;
 /// kind.
 std::unique_ptr<Reader> openRare(const char* coder, const Data& data);
 
+/// Whether the first element is "svg", whatever stands before it.
+bool isSVG(std::string_view bytes);
 /// Whether a TIFF file is a camera's raw file.
 bool isRawTIFF(std::string_view file);
 /// Whether the bytes may be a TGA file, which has no signature.
