@@ -116,7 +116,7 @@ void Converter::openCell(Frame& frame)
     cell.rowSpan
         = static_cast<std::uint32_t>(std::clamp(numberIn(attribute(frame, u"rowspan"), 1), 1, MostRows));
     cell.width = std::max(style.width.value_or(0), 0.0);
-    cell.padding = std::max(style.padding, 0.0);
+    cell.padding = CellPadding::ofAllSides(std::max(style.padding, 0.0));
     cell.borderWidth = std::max(style.borderWidth, 0.0);
     cell.borderColor = style.borderColor;
     cell.background = style.background;

@@ -190,7 +190,7 @@ void OpenDocumentReader::cellProperties(const XMLAttributes& attributes)
     if (!m_cellStyle)
         return;
     m_cellStyle->background = colorOfHex(text(attributes, "fo:background-color"));
-    m_cellStyle->padding = lengthOf(text(attributes, "fo:padding")).value_or(0);
+    m_cellStyle->padding = CellPadding::ofAllSides(lengthOf(text(attributes, "fo:padding")).value_or(0));
     std::string_view border = text(attributes, "fo:border");
     for (const auto* const side : { "fo:border-left", "fo:border-bottom", "fo:border-top" }) {
         if (border.empty() || border == "none")

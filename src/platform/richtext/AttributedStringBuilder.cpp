@@ -1,5 +1,6 @@
 #include "platform/richtext/AttributedStringBuilder.h"
 
+#include <algorithm>
 #include <bit>
 #include <unordered_map>
 
@@ -93,6 +94,18 @@ void addRun(std::vector<AttributedString::Run>& runs, std::size_t location, std:
 {
     if (runs.empty() || runs.back().style != style)
         runs.push_back({ location, style });
+}
+
+// Runs without text go, and neighbours with one style are one run.
+void normalize(std::vector<AttributedString::Run>& runs, std::size_t length)
+{
+    std::vector<AttributedString::Run> result;
+    for (std::size_t run = 0; run < runs.size(); ++run) {
+        const std::size_t end = run + 1 < runs.size() ? runs[run + 1].location : length;
+        if (runs[run].location < end)
+            addRun(result, runs[run].location, runs[run].style);
+    }
+    runs = std::move(result);
 }
 
 void truncateRuns(std::vector<AttributedString::Run>& runs, std::size_t length)
@@ -212,6 +225,20 @@ void AttributedStringBuilder::endParagraphs(ParagraphNumber style)
     m_paragraphsEnd = m_text.length();
 }
 
+void AttributedStringBuilder::restyleParagraphs(Range range, FunctionRef<void(ParagraphStyle&, Range)> change)
+{
+    auto& runs = m_result.m_paragraphRuns;
+    auto run = std::ranges::lower_bound(runs, range.location, {}, &AttributedString::Run::location);
+    while (run != runs.end() && run->location < range.end()) {
+        const auto next = run + 1;
+        const std::size_t end = next == runs.end() ? m_paragraphsEnd : next->location;
+        ParagraphStyle style = m_result.m_paragraphStyles[run->style];
+        change(style, { run->location, end - run->location });
+        run->style = numberOf(style).m_index;
+        run = next;
+    }
+}
+
 std::uint32_t AttributedStringBuilder::addList(TextList list)
 {
     m_result.m_lists.push_back(std::move(list));
@@ -259,13 +286,15 @@ void AttributedStringBuilder::insert(const std::vector<Insertion>& insertions)
         shift(m_result.m_runs, run, place, added);
         shift(m_result.m_paragraphRuns, paragraph, place, added);
         text.append(m_text.view().substr(taken, place - taken)).append(insertion.text);
-        taken = place;
-        added += insertion.text.length();
+        taken = std::min(place + (insertion.replaces ? 1 : 0), m_text.length());
+        added += insertion.text.length() - (taken - place);
     }
     text.append(m_text.view().substr(taken));
     shift(m_result.m_runs, run, m_text.length(), added);
     shift(m_result.m_paragraphRuns, paragraph, m_text.length(), added);
     m_text = std::move(text);
+    normalize(m_result.m_runs, m_text.length());
+    normalize(m_result.m_paragraphRuns, m_text.length());
 }
 
 AttributedString AttributedStringBuilder::finish(const std::vector<Insertion>& insertions) &&

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/base/FunctionRef.h"
+#include "platform/base/Range.h"
 #include "platform/richtext/AttributedString.h"
 
 #include <memory>
@@ -17,10 +19,12 @@ namespace caddis {
 /// Each call costs time in proportion to what it is given, equal styles are kept once.
 class AttributedStringBuilder {
 public:
-    /// Text to be put between what was appended, with the looks of the character it comes before.
+    /// Text to be put between what was appended, with the looks of the character it comes before, or in place
+    /// of it.
     struct Insertion {
         std::size_t location;
         String text;
+        bool replaces = false; ///< the character at `location` goes
     };
 
     /// Stands for a style in calls that come often. There is no empty one: `{}` is always a style.
@@ -59,6 +63,10 @@ public:
     void endParagraphs(const ParagraphStyle& style);
     void endParagraphs(ParagraphNumber style);
 
+    /// Changes the style of the paragraphs whose text lies in `range`. They had endParagraphs, and the first
+    /// of them had a style that the paragraph before it had not.
+    void restyleParagraphs(Range range, FunctionRef<void(ParagraphStyle&, Range)> change);
+
     StyleNumber numberOf(const CharacterStyle& style);
     ParagraphNumber numberOf(const ParagraphStyle& style);
 
@@ -69,6 +77,8 @@ public:
     void setColumns(std::uint32_t table, std::uint32_t columns);
 
     std::size_t length() const;
+    /// Where the text begins that endParagraphs has not seen yet.
+    std::size_t paragraphsEnd() const { return m_paragraphsEnd; }
     std::u16string_view view() const;
     /// Drops the text from `length` on, and what was said of it.
     void truncate(std::size_t length);

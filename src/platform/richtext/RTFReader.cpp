@@ -35,24 +35,30 @@ AttributedString Reader::read() &&
         handle(token);
     flushBytes();
     endText();
-    for (const OpenTable& table : m_openTables)
-        m_builder.setColumns(table.table, table.columns);
+    closeTables(0);
     if (m_version)
         m_attributes.set(String(DocumentAttribute::CocoaRTFVersion), Value(*m_version));
     if (m_paper.width > 0 && m_paper.height > 0)
         m_attributes.set(String(DocumentAttribute::PaperSize), Value(stringFromSize(m_paper)));
     if (m_view.width > 0 && m_view.height > 0)
         m_attributes.set(String(DocumentAttribute::ViewSize), Value(stringFromSize(m_view)));
-    AttributedString result = std::move(m_builder).finish();
+    std::ranges::sort(m_coveredBreaks, {}, &AttributedStringBuilder::Insertion::location);
+    AttributedString result = std::move(m_builder).finish(m_coveredBreaks);
     result.documentAttributes = std::move(m_attributes);
     return result;
 }
 
-// The last paragraph may have no end of its own. Its style goes with the group of the document.
+// The last paragraph may have no end of its own. Its style went with the group of the document, behind which
+// another document may have gone on with it.
 void Reader::endText()
 {
-    if (m_builder.length() > 0 && m_builder.view().back() != u'\n')
-        m_builder.endParagraphs(paragraphNumber());
+    if (m_builder.length() == 0 || m_builder.view().back() == u'\n')
+        return;
+    if (m_states.empty() && m_lastParagraph) {
+        m_state.paragraph = m_lastParagraph;
+        m_paragraphNumber.reset();
+    }
+    m_builder.endParagraphs(paragraphNumber());
 }
 
 void Reader::handle(const Token& token)
@@ -112,7 +118,7 @@ void Reader::close()
     if (m_states.empty())
         return;
     if (m_states.size() == 1)
-        endText();
+        m_lastParagraph = m_state.paragraph;
     const bool owned = m_state.ownsDestination;
     const Destination destination = m_state.destination;
     if (m_state.paragraph != m_states.back().paragraph)
@@ -205,17 +211,6 @@ AttributedStringBuilder::ParagraphNumber Reader::paragraphNumber()
     return number;
 }
 
-void Reader::openTables()
-{
-    const auto level = static_cast<std::size_t>(std::clamp(m_state.paragraph->tableLevel, 0, 32));
-    while (m_openTables.size() > level) {
-        m_builder.setColumns(m_openTables.back().table, m_openTables.back().columns);
-        m_openTables.pop_back();
-    }
-    while (m_openTables.size() < level)
-        m_openTables.push_back({ m_builder.addTable({}) });
-}
-
 ParagraphStyle Reader::paragraphStyle()
 {
     openTables();
@@ -237,44 +232,9 @@ ParagraphStyle Reader::paragraphStyle()
         cell.table = open.table;
         cell.row = open.row;
         cell.column = open.column;
-        if (m_openTables.size() == 1 && open.column < m_cells.size()) {
-            const CellDefinition& definition = m_cells[open.column];
-            cell.columnSpan = definition.span;
-            open.columns = std::max(open.columns, open.column + definition.span);
-            if (!definition.hasNoWidth)
-                cell.width
-                    = static_cast<double>(m_cells[open.column + definition.span - 1].right - definition.left)
-                    / 20.0;
-            cell.background = m_colors.color(definition.background);
-            cell.borderWidth = definition.borderWidth / 20.0;
-            cell.borderColor = m_colors.color(definition.borderColor);
-        }
         style.cells.push_back(cell);
     }
     return style;
-}
-
-void Reader::endCell()
-{
-    if (m_state.destination != Destination::Body)
-        return;
-    if (m_state.paragraph->tableLevel < 1)
-        editParagraph().tableLevel = 1;
-    const bool isCovered = m_openTables.size() == 1 && m_openTables[0].column < m_cells.size()
-        && m_cells[m_openTables[0].column].isCovered;
-    if (!isCovered || m_builder.length() != m_cellBegin)
-        endParagraph();
-    ++m_openTables.back().column;
-    m_cellBegin = m_builder.length();
-}
-
-void Reader::endRow()
-{
-    if (m_state.destination != Destination::Body || m_openTables.empty())
-        return;
-    ++m_openTables.back().row;
-    m_openTables.back().column = 0;
-    m_cellBegin = m_builder.length();
 }
 
 void Reader::finishDestination(Destination destination)

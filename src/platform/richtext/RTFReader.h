@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/richtext/RTFRows.h"
 #include "platform/richtext/RTFTables.h"
 #include "platform/richtext/RTFTokens.h"
 
@@ -69,23 +70,21 @@ struct State {
     std::shared_ptr<Paragraph> paragraph; ///< groups share it until one changes it
 };
 
-/// A cell's looks, from the words before its \cellx.
-struct CellDefinition {
-    std::int64_t right = 0; ///< twips, as `left`: their difference is exact
-    std::int32_t background = 0;
-    std::int32_t borderColor = 0;
-    std::int32_t borderWidth = 0; ///< twips
-    bool hasNoWidth = false; ///< \clftsWidth1: `right` is only where it happens to be
-    bool isCovered = false; ///< \clmrg or \clvmrg: by the cell before it or the one above
-    std::uint32_t span = 1; ///< columns, with those that it covers behind it
-    std::int64_t left = 0;
+/// A cell that may reach into the rows below it.
+struct TallCell {
+    std::uint32_t column;
+    std::uint32_t row;
+    Range text;
 };
 
+/// A table that the present paragraph is in.
 struct OpenTable {
     std::uint32_t table;
+    std::size_t rowBegin; ///< where the text of the present row begins
     std::uint32_t row = 0;
     std::uint32_t column = 0;
     std::uint32_t columns = 0;
+    std::vector<TallCell> tall {};
 };
 
 class Reader {
@@ -125,9 +124,12 @@ private:
 
     void endText();
     void endParagraph();
-    void endCell();
-    void endRow();
-    void addCell(std::int32_t right, bool isMergedAcross);
+    void endCell(bool isNested);
+    void endRow(bool isNested);
+    void styleRow();
+    void noteTallCell(std::uint32_t column, Range text);
+    void endTallCells(const RowDefinition* below);
+    void closeTables(std::size_t level);
     Paragraph& editParagraph();
     AttributedStringBuilder::ParagraphNumber paragraphNumber();
     ParagraphStyle paragraphStyle();
@@ -145,6 +147,7 @@ private:
 
     std::vector<State> m_states;
     State m_state;
+    std::shared_ptr<Paragraph> m_lastParagraph; // Of the document's group.
     std::size_t m_uncountedGroups = 0;
     bool m_isStarred = false;
     bool m_isGroupStart = false; // Nothing has come since the brace but a star.
@@ -172,12 +175,10 @@ private:
     std::optional<AttributedStringBuilder::ParagraphNumber> m_paragraphNumber; // Of the present paragraph.
 
     std::vector<OpenTable> m_openTables;
-    std::vector<CellDefinition> m_cells;
-    CellDefinition m_nextCell;
-    bool m_isMergedAcross = false; // The next cell.
-    std::size_t m_leadingCell = 0; // Index of the last one that is not merged into another.
-    std::size_t m_cellBegin = 0; // Where the present cell begins.
-    bool m_isCellBorder = false;
+    std::vector<RowDefinition> m_rows; // As they were said last, by level.
+    std::size_t m_innerEnd = 0; // Where the last row of a nested table ended, of the table at that level.
+    std::size_t m_innerLevel = 0;
+    std::vector<AttributedStringBuilder::Insertion> m_coveredBreaks; // Line breaks of covered cells, to go.
 };
 
 } // namespace caddis::rtf

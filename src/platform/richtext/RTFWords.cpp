@@ -27,7 +27,8 @@ const WordSet& destinations()
         { "footerl", Skip }, { "footerr", Skip }, { "footerf", Skip }, { "revtbl", Skip },
         { "filetbl", Skip }, { "upr", Skip }, { "xe", Skip }, { "tc", Skip }, { "annotation", Skip },
         { "leveltext", Skip }, { "levelnumbers", Skip }, { "listname", Skip }, { "object", Body },
-        { "fldrslt", Body }, { "nesttableprops", Body }, { "shppict", Skip } };
+        { "fldrslt", Body }, { "nesttableprops", Body }, { "nonesttables", Skip }, { "shppict", Skip },
+        { "falt", Skip }, { "panose", Skip }, { "fontemb", Skip } };
     return words;
 }
 

@@ -57,21 +57,6 @@ void appendTwips(std::string& out, std::string_view word, double points)
         appendWord(out, word, number);
 }
 
-std::size_t commonCells(const std::vector<TableCell>& left, const std::vector<TableCell>& right)
-{
-    std::size_t count = 0;
-    while (count < std::min(left.size(), right.size()) && left[count].table == right[count].table
-        && left[count].row == right[count].row && left[count].column == right[count].column)
-        ++count;
-    return count;
-}
-
-bool isInRow(const TableCell& cell, const ParagraphStyle* style, std::size_t level)
-{
-    return style && level < style->cells.size() && style->cells[level].table == cell.table
-        && style->cells[level].row == cell.row;
-}
-
 } // namespace
 
 Writer::Writer(
@@ -113,8 +98,7 @@ void Writer::paragraph(Range range, const ParagraphStyle& style, const Paragraph
 {
     if (!style.cells.empty() && !m_link.isEmpty())
         setLink({});
-    if (!style.cells.empty() && (m_cells.empty() || !isInRow(m_cells[0], &style, 0)))
-        beginRow(range.location, style.cells[0]);
+    beginRows(style);
     m_cells = style.cells;
     if (m_paragraph != &style) {
         paragraphProperties(style);
@@ -133,8 +117,8 @@ void Writer::paragraph(Range range, const ParagraphStyle& style, const Paragraph
         m_style = outside;
     }
     const std::size_t content = range.location + marker.length;
-    const bool endsCell = isEnded
-        && commonCells(style.cells, next ? next->cells : std::vector<TableCell>()) < style.cells.size();
+    const bool endsCell = isEnded && !style.cells.empty()
+        && (!next || commonCells(style.cells, next->cells) < style.cells.size());
     // The line break has a style of its own, which is set before its word.
     pieces({ content, range.end() - content });
     if (endsCell)

@@ -46,6 +46,9 @@ private:
 /// Appends the group of the document's attributes and the words for its paper and margins.
 void appendDocumentAttributes(std::string& out, const Dictionary& attributes);
 
+/// How many cells both are in, from the outermost on.
+std::size_t commonCells(const std::vector<TableCell>& left, const std::vector<TableCell>& right);
+
 class Writer {
 public:
     Writer(const AttributedString& text, RTFAttachments attachments, const std::vector<String>& memberNames);
@@ -61,14 +64,19 @@ private:
     void attachment(const CharacterStyle& style);
     Range markerOf(Range paragraph, const ParagraphStyle& style) const;
     void setLink(const String& link);
-    void beginRow(std::size_t location, const TableCell& cell);
+    void beginRows(const ParagraphStyle& style);
+    void beginRow(std::size_t level, const ParagraphStyle& style);
     void endCells(const ParagraphStyle& style, const ParagraphStyle* next);
-    void rowDefinition(const std::vector<TableCell>& cells);
+    void endCell(std::size_t level);
+    void endCoveredCells(std::size_t level, std::size_t count);
+    void endRow(std::size_t level);
+    void tableParagraph(std::size_t level);
+    void rowDefinition(std::size_t level);
+    void coveredDefinitions(std::size_t count, long& right, long share);
     void cellDefinition(const TableCell& cell, long& right, long share);
-    static std::size_t columnsOf(const TableCell& cell);
-    static std::size_t coveredColumns(std::size_t column, const TableCell& cell);
-    void endCoveredCells(std::size_t count);
-    std::vector<TableCell> cellsOfRow(std::size_t location, const TableCell& cell) const;
+    void cellLooks(const TableCell& cell);
+    void cellBorders(const TableCell& cell);
+    std::vector<TableCell> cellsOfRow(std::size_t level, const TableCell& cell) const;
 
     const AttributedString& m_text;
     RTFAttachments m_attachments;
@@ -84,6 +92,14 @@ private:
     String m_link; // Of the field that is open.
     std::optional<CharacterStyle> m_styleOutside; // Of that field.
     std::vector<TableCell> m_cells; // Of the paragraph before.
+
+    struct OpenRow {
+        std::vector<TableCell> cells;
+        long share = 0; // Twips, of a column without a width.
+        std::vector<std::uint32_t> freeFromRow {}; // By column: where no cell of a row above reaches.
+        std::size_t coveredAtEnd = 0; // Columns behind the last cell.
+    };
+    std::vector<OpenRow> m_rows; // Those that the present paragraph is in, the outermost first.
 };
 
 } // namespace caddis::rtf

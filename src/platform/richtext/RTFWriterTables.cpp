@@ -14,77 +14,181 @@ namespace {
 constexpr long TableWidth = 8640; // Twips: six inches, parted evenly where cells have no width.
 constexpr std::size_t MostCovered = 64; // Columns of one cell, or between two.
 
-bool isSameCell(const TableCell& left, const TableCell& right)
-{
-    return left.table == right.table && left.row == right.row && left.column == right.column;
-}
+long twips(double points) { return std::lround(std::clamp(points, 0.0, 1000.0) * 20); }
 
-} // namespace
-
-std::vector<TableCell> Writer::cellsOfRow(std::size_t location, const TableCell& cell) const
+bool isSameRow(const TableCell& left, const TableCell& right)
 {
-    const auto runs = m_text.paragraphRuns();
-    std::vector<TableCell> cells;
-    for (std::size_t run = m_paragraphRun; run < runs.size(); ++run) {
-        const auto& style = m_text.paragraphStyles()[runs[run].style];
-        if (runs[run].location < location && run != m_paragraphRun)
-            continue;
-        if (style.cells.empty() || style.cells[0].table != cell.table || style.cells[0].row != cell.row)
-            break;
-        if (cells.empty() || cells.back().column != style.cells[0].column)
-            cells.push_back(style.cells[0]);
-        else if (cells.back().width == 0)
-            cells.back() = style.cells[0]; // Paragraphs of inner tables don't know the outer cell's looks.
-    }
-    return cells;
+    return left.table == right.table && left.row == right.row;
 }
 
 // Columns that belong to a cell of the row above, before the cell that stands next to `column`.
-std::size_t Writer::coveredColumns(std::size_t column, const TableCell& cell)
+std::size_t coveredColumns(std::size_t column, const TableCell& cell)
 {
     const std::size_t count = cell.column > column ? cell.column - column : 0;
     return count <= MostCovered ? count : 0;
 }
 
-std::size_t Writer::columnsOf(const TableCell& cell)
+std::size_t columnsOf(const TableCell& cell)
 {
     return std::clamp<std::size_t>(cell.columnSpan, 1, MostCovered);
 }
 
-void Writer::beginRow(std::size_t location, const TableCell& cell)
+// In twips, of a cell that has one.
+std::optional<long> widthOf(const TableCell& cell)
 {
-    rowDefinition(cellsOfRow(location, cell));
-    m_paragraph = nullptr;
-    if (const std::size_t covered = coveredColumns(0, cell)) {
-        m_out += "\\pard\\intbl\\itap1";
-        endCoveredCells(covered);
+    const bool hasWidth = std::abs(cell.width) > 0 && std::abs(cell.width) < 1e5;
+    return hasWidth ? std::optional(std::lround(cell.width * 20)) : std::nullopt;
+}
+
+// Notes down to which row the cell reaches.
+void cover(std::vector<std::uint32_t>& freeFromRow, const TableCell& cell)
+{
+    constexpr std::size_t MostColumns = 1000;
+    const std::size_t end = cell.column + columnsOf(cell);
+    if (cell.rowSpan <= 1 || end > MostColumns)
+        return;
+    freeFromRow.resize(std::max(freeFromRow.size(), end));
+    std::fill(freeFromRow.begin() + cell.column, freeFromRow.begin() + static_cast<std::ptrdiff_t>(end),
+        cell.row + cell.rowSpan);
+}
+
+std::size_t columnsOf(const std::vector<TableCell>& cells)
+{
+    std::size_t columns = 0;
+    for (const TableCell& cell : cells)
+        columns += coveredColumns(columns, cell) + columnsOf(cell);
+    return std::max<std::size_t>(columns, 1);
+}
+
+} // namespace
+
+std::size_t commonCells(const std::vector<TableCell>& left, const std::vector<TableCell>& right)
+{
+    std::size_t count = 0;
+    while (count < std::min(left.size(), right.size()) && isSameRow(left[count], right[count])
+        && left[count].column == right[count].column)
+        ++count;
+    return count;
+}
+
+std::vector<TableCell> Writer::cellsOfRow(std::size_t level, const TableCell& cell) const
+{
+    const auto runs = m_text.paragraphRuns();
+    std::vector<TableCell> cells;
+    for (std::size_t run = m_paragraphRun; run < runs.size(); ++run) {
+        const auto& style = m_text.paragraphStyles()[runs[run].style];
+        if (style.cells.size() <= level || !isSameRow(style.cells[level], cell))
+            break;
+        if (cells.empty() || cells.back().column != style.cells[level].column)
+            cells.push_back(style.cells[level]);
+    }
+    return cells;
+}
+
+// The rows that the paragraph before was not in.
+void Writer::beginRows(const ParagraphStyle& style)
+{
+    const std::size_t common = commonCells(m_cells, style.cells);
+    for (std::size_t level = common; level < style.cells.size(); ++level) {
+        if (level > common || level >= m_cells.size() || !isSameRow(m_cells[level], style.cells[level]))
+            beginRow(level, style);
     }
 }
 
-void Writer::endCoveredCells(std::size_t count)
+void Writer::beginRow(std::size_t level, const ParagraphStyle& style)
+{
+    const TableCell& cell = style.cells[level];
+    OpenRow row { .cells = cellsOfRow(level, cell) };
+    const bool isSameTable = level < m_rows.size() && m_rows[level].cells.front().table == cell.table;
+    if (isSameTable)
+        row.freeFromRow = std::move(m_rows[level].freeFromRow);
+    m_rows.resize(level);
+    long width = TableWidth;
+    if (level > 0) {
+        const TableCell& outer = style.cells[level - 1];
+        width = widthOf(outer).value_or(m_rows.back().share * static_cast<long>(columnsOf(outer)));
+    }
+    const std::size_t columns = columnsOf(row.cells);
+    while (columns + row.coveredAtEnd < row.freeFromRow.size()
+        && row.freeFromRow[columns + row.coveredAtEnd] > cell.row)
+        ++row.coveredAtEnd;
+    row.share = std::max(width / static_cast<long>(columns + row.coveredAtEnd), 1L);
+    for (const TableCell& tall : row.cells)
+        cover(row.freeFromRow, tall);
+    m_rows.push_back(std::move(row));
+    if (level == 0) {
+        m_out += "\\itap1\\trowd ";
+        rowDefinition(level);
+        m_paragraph = nullptr;
+    }
+    if (const std::size_t covered = coveredColumns(0, cell)) {
+        tableParagraph(level);
+        endCoveredCells(level, covered);
+    }
+}
+
+// A plain paragraph in the table at that level begins.
+void Writer::tableParagraph(std::size_t level)
+{
+    m_out += "\\pard\\intbl";
+    appendWord(m_out, "itap", static_cast<long>(level + 1));
+    m_paragraph = nullptr;
+}
+
+void Writer::endCell(std::size_t level)
+{
+    m_out += level > 0 ? "\\nestcell{\\nonesttables\\par}" : "\\cell ";
+}
+
+void Writer::endCoveredCells(std::size_t level, std::size_t count)
 {
     for (std::size_t cell = 0; cell < count; ++cell)
-        m_out += "\\cell ";
+        endCell(level);
+}
+
+void Writer::endRow(std::size_t level)
+{
+    endCoveredCells(level, m_rows[level].coveredAtEnd);
+    if (level == 0) {
+        m_out += "\\row\n";
+        return;
+    }
+    m_out += "{\\*\\nesttableprops\\trowd ";
+    rowDefinition(level);
+    m_out += "\\nestrow}{\\nonesttables\\par}\n";
 }
 
 // A cell of several columns is followed by those that it is merged with; where a cell of the row above
 // reaches down stands one that is merged with that.
-void Writer::rowDefinition(const std::vector<TableCell>& cells)
+void Writer::rowDefinition(std::size_t level)
 {
-    m_out += "\\itap1\\trowd \\taflags1 \\trgaph108\\trleft-108\n";
-    std::size_t columns = 0;
-    for (const TableCell& cell : cells)
-        columns += coveredColumns(columns, cell) + columnsOf(cell);
-    const long share = TableWidth / static_cast<long>(std::max<std::size_t>(columns, 1));
-    long right = 0;
+    const OpenRow& row = m_rows[level];
+    const CellPadding usual;
+    appendWord(m_out, "taflags", 1);
+    m_out += ' ';
+    appendWord(m_out, "trgaph", twips(usual.left));
+    long right = level > 0 ? 0 : -twips(usual.left);
+    appendWord(m_out, "trleft", right);
+    double height = 0;
+    for (const TableCell& cell : row.cells)
+        height = std::max(height, cell.minimumHeight);
+    if (height > 0)
+        appendWord(m_out, "trrh", twips(height));
+    m_out += '\n';
     std::size_t column = 0;
-    for (const TableCell& cell : cells) {
-        for (std::size_t covered = coveredColumns(column, cell); covered > 0; --covered) {
-            appendWord(m_out, "clvmrg\\clftsWidth1\\cellx", right += share);
-            m_out += '\n';
-        }
-        cellDefinition(cell, right, share);
+    for (const TableCell& cell : row.cells) {
+        coveredDefinitions(coveredColumns(column, cell), right, row.share);
+        cellDefinition(cell, right, row.share);
         column = cell.column + columnsOf(cell);
+    }
+    coveredDefinitions(row.coveredAtEnd, right, row.share);
+}
+
+void Writer::coveredDefinitions(std::size_t count, long& right, long share)
+{
+    for (; count > 0; --count) {
+        appendWord(m_out, "clvmrg\\clftsWidth1\\cellx", right += share);
+        m_out += '\n';
     }
 }
 
@@ -92,29 +196,53 @@ void Writer::rowDefinition(const std::vector<TableCell>& cells)
 void Writer::cellDefinition(const TableCell& cell, long& right, long share)
 {
     const auto span = static_cast<long>(columnsOf(cell));
-    const bool hasWidth = std::abs(cell.width) > 0 && std::abs(cell.width) < 1e5;
+    const auto ownWidth = widthOf(cell);
     const long left = right;
-    const long width = hasWidth ? std::lround(cell.width * 20) : share * span;
-    if (cell.rowSpan > 1)
-        m_out += "\\clvmgf";
-    if (span > 1)
-        m_out += "\\clmgf";
-    if (cell.background)
-        appendWord(m_out, "clcbpat", static_cast<long>(m_tables.color(cell.background)));
-    for (const std::string_view side : { "\\clbrdrt", "\\clbrdrl", "\\clbrdrb", "\\clbrdrr" }) {
-        if (cell.borderWidth <= 0 || cell.borderWidth >= 100)
-            break;
-        m_out += side;
-        m_out += "\\brdrs";
-        appendWord(m_out, "brdrw", std::lround(cell.borderWidth * 20));
-        appendWord(m_out, "brdrcf", static_cast<long>(m_tables.color(cell.borderColor)));
-        m_out += ' ';
-    }
+    const long width = ownWidth.value_or(share * span);
+    cellLooks(cell);
     for (long part = 1; part <= span; ++part) {
         m_out += part > 1 ? "\\clmrg" : "";
-        m_out += hasWidth ? "" : "\\clftsWidth1";
+        m_out += ownWidth ? "" : "\\clftsWidth1";
         appendWord(m_out, "cellx", right = left + width * part / span);
         m_out += '\n';
+    }
+}
+
+void Writer::cellLooks(const TableCell& cell)
+{
+    if (cell.rowSpan > 1)
+        m_out += "\\clvmgf";
+    if (columnsOf(cell) > 1)
+        m_out += "\\clmgf";
+    if (cell.alignment != VerticalAlignment::Top)
+        m_out += cell.alignment == VerticalAlignment::Middle ? "\\clvertalc" : "\\clvertalb";
+    if (cell.background)
+        appendWord(m_out, "clcbpat", static_cast<long>(m_tables.color(cell.background)));
+    cellBorders(cell);
+    if (cell.padding == CellPadding())
+        return;
+    // As the reader has it: top and left are the wrong way round.
+    for (const auto& [side, length] : { std::pair("t", cell.padding.left), { "l", cell.padding.top },
+             { "b", cell.padding.bottom }, { "r", cell.padding.right } }) {
+        appendWord(m_out, std::string("clpad") + side, twips(length));
+        appendWord(m_out, std::string("clpadf") + side, 3);
+    }
+}
+
+void Writer::cellBorders(const TableCell& cell)
+{
+    if (cell.borderWidth <= 0 || cell.borderWidth >= 100)
+        return;
+    for (const auto& [side, word] :
+        { std::pair(TableCell::Top, "\\clbrdrt"), { TableCell::Left, "\\clbrdrl" },
+            { TableCell::Bottom, "\\clbrdrb" }, { TableCell::Right, "\\clbrdrr" } }) {
+        if ((cell.borderSides & side) == 0)
+            continue;
+        m_out += word;
+        m_out += "\\brdrs";
+        appendWord(m_out, "brdrw", twips(cell.borderWidth));
+        appendWord(m_out, "brdrcf", static_cast<long>(m_tables.color(cell.borderColor)));
+        m_out += ' ';
     }
 }
 
@@ -124,29 +252,18 @@ void Writer::endCells(const ParagraphStyle& style, const ParagraphStyle* next)
 {
     setLink({});
     const auto& cells = style.cells;
-    for (std::size_t level = cells.size(); level-- > 0;) {
-        const bool hasNext = next && level < next->cells.size();
-        bool goesOn = hasNext;
-        for (std::size_t outer = 0; goesOn && outer <= level; ++outer)
-            goesOn = isSameCell(cells[outer], next->cells[outer]);
-        if (goesOn)
-            break;
-        if (level + 1 < cells.size()) {
-            m_out += "\\pard\\intbl";
-            appendWord(m_out, "itap", static_cast<long>(level + 1));
-            m_paragraph = nullptr;
-        }
-        m_out += level > 0 ? "\\nestcell " : "\\cell ";
-        bool rowGoesOn = hasNext && next->cells[level].table == cells[level].table
-            && next->cells[level].row == cells[level].row;
-        for (std::size_t outer = 0; rowGoesOn && outer < level; ++outer)
-            rowGoesOn = isSameCell(cells[outer], next->cells[outer]);
-        if (level == 0)
-            endCoveredCells(columnsOf(cells[0]) - 1
-                + (rowGoesOn ? coveredColumns(cells[0].column + columnsOf(cells[0]), next->cells[0]) : 0));
-        if (rowGoesOn)
-            continue;
-        m_out += level > 0 ? "{\\*\\nesttableprops\\trowd\\cellx2880\\nestrow}" : "\\row\n";
+    const std::size_t common = next ? commonCells(cells, next->cells) : 0;
+    for (std::size_t level = cells.size(); level-- > common;) {
+        if (level + 1 < cells.size())
+            tableParagraph(level);
+        endCell(level);
+        const std::size_t end = cells[level].column + columnsOf(cells[level]);
+        const bool rowGoesOn = next && level == common && level < next->cells.size()
+            && isSameRow(cells[level], next->cells[level]);
+        endCoveredCells(
+            level, columnsOf(cells[level]) - 1 + (rowGoesOn ? coveredColumns(end, next->cells[level]) : 0));
+        if (!rowGoesOn)
+            endRow(level);
     }
 }
 

@@ -84,19 +84,37 @@ struct TextList {
     friend bool operator==(const TextList&, const TextList&) = default;
 };
 
+enum class VerticalAlignment : std::uint8_t { Top, Middle, Bottom };
+
+/// Between a cell's text and its sides. As it is made: what office programs give a cell.
+struct CellPadding {
+    double top = 0;
+    double left = 5.4;
+    double bottom = 0;
+    double right = 5.4;
+
+    static constexpr CellPadding ofAllSides(double points) { return { points, points, points, points }; }
+    friend bool operator==(const CellPadding&, const CellPadding&) = default;
+};
+
 /// One cell, as its paragraphs know it. Every paragraph of a cell carries an equal record, and the cell's
 /// last one ends with a line break like any other.
 struct TableCell {
+    enum BorderSide : std::uint8_t { Top = 1, Left = 2, Bottom = 4, Right = 8, AllSides = 15 };
+
     std::uint32_t table = 0; ///< cells of one table share the number; index into AttributedString::tables
     std::uint32_t row = 0;
     std::uint32_t column = 0;
     std::uint32_t rowSpan = 1;
     std::uint32_t columnSpan = 1;
     double width = 0; ///< 0: as the table divides it
+    double minimumHeight = 0; ///< of the row, which is as high as its highest cell
     double borderWidth = 0; ///< 0: no border
-    double padding = 0;
-    std::optional<TextColor> borderColor;
-    std::optional<TextColor> background;
+    std::uint8_t borderSides = AllSides; ///< which sides have it, bits of BorderSide
+    VerticalAlignment alignment = VerticalAlignment::Top;
+    CellPadding padding {};
+    std::optional<TextColor> borderColor {};
+    std::optional<TextColor> background {};
 
     friend bool operator==(const TableCell&, const TableCell&) = default;
 };

@@ -107,6 +107,26 @@ TEST(RTFReader, LeavesOutCellsThatOthersCover)
         << "text stays";
 }
 
+// What is said of a nested row stands behind it, and for those who can't nest there is a line break too many.
+TEST(RTFReader, ReadsTablesInTablesAsOthersWriteThem)
+{
+    const auto read = caddis::read(
+        "\\trowd\\trgaph70\\cellx5000\\pard\\intbl a\\par\\pard\\intbl\\itap2 "
+        "b\\nestcell{\\nonesttables\\par}"
+        "\\nestcell{\\nonesttables\\par}{\\*\\nesttableprops\\trowd\\trrh200\\clmgf\\clbrdrb\\brdrs\\brdrw20"
+        "\\clbrdrt\\brdrnone\\clpadt40\\clpadft3\\cellx1000\\clmrg\\cellx3000\\nestrow}{\\nonesttables\\par}"
+        "\\pard\\intbl\\itap1\\cell\\row\\pard c");
+    EXPECT_EQ(traceOf(read), "[cell 0,0] {}a\n[cell 0,0 cell 0,0 x2] {}b\n{}c");
+    const TableCell& outer = read.paragraphStyles()[1].cells.at(0);
+    EXPECT_EQ(outer, read.paragraphStyles()[0].cells.at(0)) << "the cell's paragraphs agree";
+    EXPECT_EQ(outer.padding, (CellPadding { 0, 3.5, 0, 3.5 }));
+    const TableCell& inner = read.paragraphStyles()[1].cells.at(1);
+    EXPECT_EQ(inner.borderSides, TableCell::Bottom);
+    EXPECT_EQ(inner.width, 150);
+    EXPECT_EQ(inner.minimumHeight, 10);
+    EXPECT_EQ(inner.padding, (CellPadding { 0, 2, 0, 0 })) << "\\clpadt is the left side's";
+}
+
 TEST(RTFReader, TakesAttachmentsFromThePackageOnly)
 {
     constexpr std::string_view Body = "a{{\\NeXTGraphic ../my pic.png \\width3200 \\height20 \n}\xAC}b";

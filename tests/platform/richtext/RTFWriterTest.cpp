@@ -147,6 +147,65 @@ TEST(RTFWriter, ReadsBackTables)
         EXPECT_EQ(read.paragraphStyles()[index].cells, text.paragraphStyles()[index].cells) << index;
 }
 
+ParagraphStyle cellsOf(std::initializer_list<TableCell> cells)
+{
+    ParagraphStyle style;
+    style.cells = cells;
+    return style;
+}
+
+AttributedString built(
+    std::size_t tables, const std::vector<std::pair<std::u16string_view, ParagraphStyle>>& paragraphs)
+{
+    AttributedStringBuilder builder;
+    for (std::size_t table = 0; table < tables; ++table)
+        builder.addTable({ 2 });
+    for (const auto& [text, style] : paragraphs) {
+        builder.append(text, {});
+        builder.endParagraphs(style);
+    }
+    return std::move(builder).finish();
+}
+
+TEST(RTFWriter, ReadsBackTablesInTables)
+{
+    TableCell outer;
+    outer.columnSpan = 2;
+    outer.padding = { 1, 2, 3, 4 };
+    outer.minimumHeight = 20;
+    outer.alignment = VerticalAlignment::Middle;
+    TableCell first { .table = 1, .columnSpan = 2, .width = 90, .borderWidth = 1 };
+    first.borderSides = TableCell::Top | TableCell::Right;
+    TableCell second { .table = 1, .row = 1, .background = TextColor::fromBytes(1, 2, 3) };
+    TableCell third { .table = 1, .row = 1, .column = 1, .alignment = VerticalAlignment::Bottom };
+    TableCell below { .row = 1, .column = 1 };
+    const AttributedString text = built(2,
+        { { u"a\n", cellsOf({ outer }) }, { u"b\n", cellsOf({ outer, first }) },
+            { u"\n", cellsOf({ outer, second }) }, { u"d\n", cellsOf({ outer, second }) },
+            { u"e\n", cellsOf({ outer, third }) }, { u"f\n", cellsOf({ below }) }, { u"g", {} } });
+    EXPECT_EQ(traceOf(readBack(text)), traceOf(text));
+    EXPECT_EQ(readBack(text), text);
+    EXPECT_TRUE(isIn(text, "d\\nestcell{\\nonesttables\\par}")) << "for readers without nested tables";
+}
+
+// The second row's last two columns belong to the cell above them.
+TEST(RTFWriter, ReadsBackCellsOfSeveralRows)
+{
+    const TableCell inner { .table = 1, .rowSpan = 2 };
+    const TableCell tall { .column = 1, .rowSpan = 3, .columnSpan = 2 };
+    const AttributedString text = built(2,
+        { { u"a\n", cellsOf({ {} }) }, { u"b\n", cellsOf({ tall }) }, { u"c\n", cellsOf({ tall, inner }) },
+            { u"d\n", cellsOf({ tall, { .table = 1, .column = 1 } }) },
+            { u"e\n", cellsOf({ tall, { .table = 1, .row = 1, .column = 1 } }) },
+            { u"f\n", cellsOf({ { .row = 1 } }) }, { u"g\n", cellsOf({ { .row = 2 } }) },
+            { u"h\n", cellsOf({ { .row = 3, .column = 1, .columnSpan = 2 } }) } });
+    const AttributedString read = readBack(text);
+    EXPECT_EQ(traceOf(read), traceOf(text));
+    ASSERT_EQ(read.paragraphStyles().size(), text.paragraphStyles().size());
+    for (std::size_t index = 0; index < read.paragraphStyles().size(); ++index)
+        EXPECT_EQ(read.paragraphStyles()[index].cells, text.paragraphStyles()[index].cells) << index;
+}
+
 ParagraphStyle cellAt(std::uint32_t row, std::uint32_t column, std::uint32_t columns = 1)
 {
     ParagraphStyle style;
