@@ -70,7 +70,8 @@ DIB::DIB(Bytes bytes, std::size_t header, std::size_t pixels, Use use)
     m_info.isIndexed = m_bits <= 8;
     const std::size_t behindColours = m_colours + std::size_t { m_colourCount } * m_bytesPerColour;
     m_pixels = pixels > 0 ? pixels : behindColours;
-    if (isMostlyMissing())
+    // What lies outside the file is black, but some of the pixels must lie inside.
+    if (!m_bytes.has(m_pixels, 1))
         throw Broken();
     if (use == Use::Icon) {
         m_iconMask = m_pixels + bytesPerRow(m_bits) * m_info.pixelsHigh;
@@ -80,17 +81,6 @@ DIB::DIB(Bytes bytes, std::size_t header, std::size_t pixels, Use use)
     } else {
         m_info.hasAlpha = m_masks[3].most > 0;
     }
-}
-
-// A header of a few bytes could ask for hundreds of millions of black pixels.
-bool DIB::isMostlyMissing() const
-{
-    constexpr std::uint64_t ManyPixels = 4'000'000;
-    const bool isPlain
-        = m_compression == Plain || m_compression == BitFields || m_compression == AlphaBitFields;
-    const std::size_t wanted = bytesPerRow(m_bits) * m_info.pixelsHigh;
-    return isPlain && std::uint64_t { m_info.pixelsWide } * m_info.pixelsHigh > ManyPixels
-        && m_bytes.run(m_pixels, wanted).size() < wanted / 2;
 }
 
 void DIB::readCoreHeader(std::size_t place)

@@ -34,7 +34,6 @@ private:
     void readCoreHeader(std::size_t place);
     void readMasks(std::size_t place);
     void setMasks(std::array<std::uint32_t, 4> bits);
-    bool isMostlyMissing() const;
     std::size_t bytesPerRow(std::uint32_t bits) const;
     std::size_t rowFromTop(std::size_t y) const;
     std::size_t placeOfRow(std::size_t y) const;
