@@ -111,9 +111,10 @@ std::optional<Contents> read(const Data& bookmark)
         reader.skip(2);
         const auto length = reader.u32();
         const auto value = length ? reader.bytes(*length) : std::nullopt;
-        if (!value)
+        const bool isPath = tag == Tag::Path;
+        if (!value || (isPath && value->find('\0') != value->npos))
             return std::nullopt;
-        if (*tag == Tag::Path)
+        if (isPath)
             contents.components = componentsOf(*value);
         if (*tag == Tag::Birth)
             contents.birth = std::string(*value);
