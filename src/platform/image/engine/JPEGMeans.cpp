@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <string>
 
 namespace caddis::image {
 
@@ -61,6 +62,16 @@ private:
     // data.
     void fill()
     {
+        std::uint32_t four = 0xFFFFFFFF;
+        if (m_end - m_at >= 4)
+            std::memcpy(&four, m_at, 4);
+        const bool hasFF = ((~four - 0x01010101) & four & 0x80808080) != 0;
+        if (!hasFF) {
+            m_bits = m_bits << 32 | __builtin_bswap32(four);
+            m_count += 32;
+            m_at += 4;
+            return;
+        }
         std::uint8_t byte = 0;
         const bool isMarker = m_at != m_end && *m_at == 0xFF && (m_end - m_at < 2 || m_at[1] != 0);
         if (m_at != m_end && !isMarker) {
@@ -77,44 +88,63 @@ private:
     unsigned m_count = 0;
 };
 
-// What each 16 bits start with: the value and the length of its code. T.81, Annex C.
+// T.81, Annex C and F.2.2.3. The short codes, which nearly all are, stand in a table that fits the nearest
+// cache.
 class HuffmanTable {
 public:
     /// `counts`: how many codes of each length from 1 to 16 there are; `values` in the order of the codes.
     HuffmanTable(std::string_view counts, std::string_view values)
-        : m_entries(1 << 16)
+        : m_values(values)
     {
         std::size_t code = 0;
         std::size_t index = 0;
-        for (unsigned length = 1; length <= 16; ++length) {
-            for (int left = static_cast<std::uint8_t>(counts[length - 1]); left > 0;
-                 --left, ++code, ++index) {
-                const std::size_t first = code << (16 - length);
-                const std::size_t behind = (code + 1) << (16 - length);
-                if (index >= values.size() || behind > m_entries.size())
-                    throw Broken();
-                std::fill(m_entries.begin() + static_cast<std::ptrdiff_t>(first),
-                    m_entries.begin() + static_cast<std::ptrdiff_t>(behind),
-                    Entry { static_cast<std::uint8_t>(values[index]), static_cast<std::uint8_t>(length) });
-            }
-            code <<= 1;
+        for (unsigned length = 1; length <= LongestCode; ++length, code <<= 1) {
+            const std::size_t count = static_cast<std::uint8_t>(counts[length - 1]);
+            const std::size_t behind = code + count;
+            if (index + count > values.size() || behind > std::size_t { 1 } << length)
+                throw Broken();
+            m_offsets[length] = static_cast<std::int32_t>(index) - static_cast<std::int32_t>(code);
+            m_limits[length] = static_cast<std::uint32_t>(behind << (LongestCode - length));
+            for (; code < behind; ++code, ++index)
+                if (length <= ShortBits)
+                    std::fill_n(m_short.begin() + static_cast<std::ptrdiff_t>(code << (ShortBits - length)),
+                        std::size_t { 1 } << (ShortBits - length),
+                        Entry {
+                            static_cast<std::uint8_t>(values[index]), static_cast<std::uint8_t>(length) });
         }
     }
 
     /// Bits that no code starts count as the value 0.
     std::uint32_t decode(BitReader& bits) const
     {
-        const Entry entry = m_entries[bits.look()];
-        bits.skip(entry.length ? entry.length : 16);
-        return entry.value;
+        const std::uint32_t look = bits.look();
+        const Entry entry = m_short[look >> (LongestCode - ShortBits)];
+        if (entry.length > 0) {
+            bits.skip(entry.length);
+            return entry.value;
+        }
+        unsigned length = ShortBits + 1;
+        while (length <= LongestCode && look >= m_limits[length])
+            ++length;
+        bits.skip(std::min(length, LongestCode));
+        if (length > LongestCode)
+            return 0;
+        const auto code = static_cast<std::int32_t>(look >> (LongestCode - length));
+        return static_cast<std::uint8_t>(m_values[static_cast<std::size_t>(code + m_offsets[length])]);
     }
 
 private:
+    static constexpr unsigned LongestCode = 16;
+    static constexpr unsigned ShortBits = 10;
+
     struct Entry {
         std::uint8_t value = 0;
-        std::uint8_t length = 0;
+        std::uint8_t length = 0; // 0: the code is longer.
     };
-    std::vector<Entry> m_entries;
+    std::array<Entry, 1 << ShortBits> m_short {};
+    std::array<std::uint32_t, LongestCode + 1> m_limits {}; // The first 16 bits behind each length's codes.
+    std::array<std::int32_t, LongestCode + 1> m_offsets {}; // From a code to the index of its value.
+    std::string m_values;
 };
 
 struct Component {
@@ -341,11 +371,14 @@ private:
         const Component& component = m_components[index];
         const std::int32_t factor = m_quantization[component.quantization];
         const std::int16_t* means = component.means.data() + y * component.down / m_down * component.stride;
-        const std::size_t wide = row.size() / 4;
-        for (std::size_t x = 0; x < wide; ++x) {
-            const std::int32_t mean = means[x * component.across / m_across];
-            row[x * 4 + index]
-                = static_cast<std::uint8_t>(std::clamp(((mean * factor + 4) >> 3) + 128, 0, 255));
+        std::uint32_t part = 0; // Of the mean that has been passed.
+        for (std::size_t at = index; at < row.size(); at += 4) {
+            row[at] = static_cast<std::uint8_t>(std::clamp(((*means * factor + 4) >> 3) + 128, 0, 255));
+            part += component.across;
+            if (part >= m_across) {
+                part -= m_across;
+                ++means;
+            }
         }
     }
 

