@@ -99,4 +99,6 @@ void remove(const void* address)
     }
 }
 
+bool contains(const void* address) { return isRegistered(reinterpret_cast<std::uintptr_t>(address)); }
+
 } // namespace caddis::FaultGuard

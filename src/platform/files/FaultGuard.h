@@ -13,5 +13,7 @@ namespace caddis::FaultGuard {
 /// The address must stay mapped until it is removed; any thread.
 void add(const void* address, std::size_t size);
 void remove(const void* address);
+/// Whether the byte lies in a registered mapping.
+bool contains(const void* address);
 
 } // namespace caddis::FaultGuard

@@ -43,4 +43,14 @@ std::optional<Data> open(const String& path)
     return FileSystem::contentsOfFile(path); // Short, or on a file system that can't map.
 }
 
+void discard(std::string_view bytes)
+{
+    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    const auto start = reinterpret_cast<std::uintptr_t>(bytes.data());
+    const std::uintptr_t first = (start + page - 1) / page * page;
+    const std::uintptr_t behind = (start + bytes.size()) / page * page;
+    if (first < behind && FaultGuard::contains(bytes.data()))
+        madvise(reinterpret_cast<void*>(first), behind - first, MADV_DONTNEED);
+}
+
 } // namespace caddis::MappedFile

@@ -4,6 +4,7 @@
 #include "platform/base/String.h"
 
 #include <optional>
+#include <string_view>
 
 namespace caddis::MappedFile {
 
@@ -19,5 +20,10 @@ inline constexpr std::size_t LeastMappedSize = 64 * 1024;
 ///
 /// Nil when the file can't be read or is not a plain file. An empty file gives empty Data.
 std::optional<Data> open(const String& path);
+
+/// Who reads a mapped file from front to back may say what lies behind: the pages no longer count as this
+/// process's memory, and come back when they are read again. Nothing happens to bytes that no `open` of this
+/// program or module has mapped.
+void discard(std::string_view bytes);
 
 } // namespace caddis::MappedFile

@@ -25,6 +25,8 @@ public:
 
 /// The module's entries. `caddisOpenImage`: null when the bytes are of no kind that can be read.
 using OpenImage = Source*(const Data& data);
+/// `caddisOpenImageFile`: the same of a file, whose pages are given back as they are read.
+using OpenImageFile = Source*(const String& path);
 /// `caddisWriteImage`. False: no pixels to write, or no writer for such files.
 struct WriteRequest {
     BitmapImageFileType type = BitmapImageFileType::TIFF;

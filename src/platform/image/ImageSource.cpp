@@ -1,24 +1,25 @@
 #include "platform/image/ImageSource.h"
 
-#include "platform/files/MappedFile.h"
 #include "platform/image/ImageEngine.h"
 #include "platform/image/ImageModule.h"
 
 namespace caddis {
 
+std::optional<ImageSource> ImageSource::madeOf(image::Source* source)
+{
+    return source ? std::optional(ImageSource(std::shared_ptr<const image::Source>(source))) : std::nullopt;
+}
+
 std::optional<ImageSource> ImageSource::createWithData(const Data& data)
 {
     auto* const openImage = image::module().entry<image::OpenImage>("caddisOpenImage");
-    std::shared_ptr<const image::Source> source(openImage ? openImage(data) : nullptr);
-    if (!source)
-        return std::nullopt;
-    return ImageSource(std::move(source));
+    return madeOf(openImage ? openImage(data) : nullptr);
 }
 
 std::optional<ImageSource> ImageSource::createWithFile(const String& path)
 {
-    const auto data = MappedFile::open(path);
-    return data ? createWithData(*data) : std::nullopt;
+    auto* const openImage = image::module().entry<image::OpenImageFile>("caddisOpenImageFile");
+    return madeOf(openImage ? openImage(path) : nullptr);
 }
 
 std::size_t ImageSource::count() const { return m_source->count(); }

@@ -40,6 +40,7 @@ public:
     std::optional<Bitmap> thumbnailAtIndex(std::size_t index, const ImageRequest& request) const;
 
 private:
+    static std::optional<ImageSource> madeOf(image::Source* source);
     explicit ImageSource(std::shared_ptr<const image::Source> source)
         : m_source(std::move(source))
     {

@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <sstream>
 #include <sys/stat.h>
 #include <thread>
 
@@ -44,6 +46,32 @@ TEST(MappedFile, ReadsZerosWhereTheFileWasCutShort)
     std::thread thread([&] { EXPECT_EQ(countZeros(*other), static_cast<std::ptrdiff_t>(size - 10'000)); });
     EXPECT_EQ(countZeros(*data), static_cast<std::ptrdiff_t>(size - 10'000));
     thread.join();
+}
+
+TEST(MappedFile, WhatIsDiscardedCanBeReadAgain)
+{
+    const TemporaryFolder folder;
+    const std::string bytes(4 * MappedFile::LeastMappedSize, 'x');
+    const auto data = MappedFile::open(folder.write("file", bytes));
+    ASSERT_EQ(data->chars(), bytes);
+    const auto residentKilobytes = [&] {
+        std::ifstream map("/proc/self/smaps");
+        std::ostringstream start;
+        start << std::hex << reinterpret_cast<std::uintptr_t>(data->bytes()) << '-';
+        for (std::string line; std::getline(map, line);)
+            if (line.starts_with(start.str()))
+                while (std::getline(map, line))
+                    if (line.starts_with("Rss:"))
+                        return std::stol(line.substr(4));
+        return -1L;
+    };
+    EXPECT_EQ(residentKilobytes(), 256);
+    MappedFile::discard(data->chars().substr(1, 128 << 10));
+    EXPECT_EQ(residentKilobytes(), 256 - 124);
+    EXPECT_EQ(data->chars(), bytes);
+    const Data own = Data::copyOf(bytes);
+    MappedFile::discard(own.chars());
+    EXPECT_EQ(own.chars(), bytes);
 }
 
 TEST(TemporaryFile, NamesFreshPathsInAPrivateFolder)

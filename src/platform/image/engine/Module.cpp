@@ -1,3 +1,4 @@
+#include "platform/files/MappedFile.h"
 #include "platform/image/engine/FileSource.h"
 #include "platform/image/engine/Writers.h"
 
@@ -6,6 +7,13 @@
 extern "C" [[gnu::visibility("default")]] caddis::image::Source* caddisOpenImage(const caddis::Data& data)
 {
     return caddis::image::FileSource::open(data);
+}
+
+extern "C" [[gnu::visibility("default")]] caddis::image::Source* caddisOpenImageFile(
+    const caddis::String& path)
+{
+    const auto data = caddis::MappedFile::open(path);
+    return data ? caddis::image::FileSource::open(*data) : nullptr;
 }
 
 extern "C" [[gnu::visibility("default")]] bool caddisWriteImage(const caddis::Bitmap& bitmap,

@@ -1,3 +1,4 @@
+#include "platform/files/MappedFile.h"
 #include "platform/image/engine/Bytes.h"
 #include "platform/image/engine/Exif.h"
 #include "platform/image/engine/Readers.h"
@@ -26,8 +27,8 @@ struct Records {
 
 class Decoder : public Records {
 public:
-    explicit Decoder(std::string_view bytes)
-        : m_rest(bytes)
+    explicit Decoder(const Data& data)
+        : m_data(data)
     {
         png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, fail, ignore);
         info = png_create_info_struct(png);
@@ -44,14 +45,23 @@ private:
     static void ignore(png_structp, png_const_charp) { }
     static void read(png_structp png, png_bytep out, std::size_t count)
     {
-        auto& rest = static_cast<Decoder*>(png_get_io_ptr(png))->m_rest;
-        if (count > rest.size())
+        auto& self = *static_cast<Decoder*>(png_get_io_ptr(png));
+        if (count > self.m_data.size() - self.m_place)
             throw Broken();
-        std::memcpy(out, rest.data(), count);
-        rest.remove_prefix(count);
+        std::memcpy(out, self.m_data.bytes() + self.m_place, count);
+        self.m_place += count;
+        if (self.m_place - self.m_discarded >= BytesAtOnce) {
+            MappedFile::discard(
+                self.m_data.chars().substr(self.m_discarded, self.m_place - self.m_discarded));
+            self.m_discarded = self.m_place;
+        }
     }
 
-    std::string_view m_rest;
+    static constexpr std::size_t BytesAtOnce = 1 << 20;
+
+    const Data& m_data;
+    std::size_t m_place = 0;
+    std::size_t m_discarded = 0; // What has been read and is not wanted again.
 };
 
 bool hasAlpha(const Decoder& decoder)
@@ -79,7 +89,7 @@ public:
 
     std::optional<ImageInfo> info(std::size_t) override
     {
-        const Decoder decoder(m_data.chars());
+        const Decoder decoder(m_data);
         const int colour = png_get_color_type(decoder.png, decoder.info);
         ImageInfo info;
         info.pixelsWide = png_get_image_width(decoder.png, decoder.info);
@@ -99,7 +109,7 @@ public:
 
     void decode(std::size_t, Target, RowSink& sink) override
     {
-        Decoder decoder(m_data.chars());
+        Decoder decoder(m_data);
         const std::uint32_t wide = png_get_image_width(decoder.png, decoder.info);
         const std::uint32_t high = png_get_image_height(decoder.png, decoder.info);
         const auto layout = hasAlpha(decoder) ? PixelLayout::Straight : PixelLayout::Opaque;
@@ -133,7 +143,7 @@ public:
 
     std::optional<Data> profile(std::size_t) override
     {
-        const Decoder decoder(m_data.chars());
+        const Decoder decoder(m_data);
         png_charp name = nullptr;
         png_bytep bytes = nullptr;
         int method = 0;
@@ -145,7 +155,7 @@ public:
 
     Dictionary properties(std::size_t) override
     {
-        const Decoder decoder(m_data.chars());
+        const Decoder decoder(m_data);
         Dictionary png;
         double gamma = 0;
         if (png_get_gAMA(decoder.png, decoder.info, &gamma))
