@@ -1,6 +1,6 @@
-#include "platform/files/MappedFile.h"
 #include "platform/image/engine/Bytes.h"
 #include "platform/image/engine/Exif.h"
+#include "platform/image/engine/ReadPages.h"
 #include "platform/image/engine/Readers.h"
 
 #include <cstring>
@@ -28,7 +28,7 @@ struct Records {
 class Decoder : public Records {
 public:
     explicit Decoder(const Data& data)
-        : m_data(data)
+        : m_rest(data.chars())
     {
         png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, fail, ignore);
         info = png_create_info_struct(png);
@@ -46,22 +46,15 @@ private:
     static void read(png_structp png, png_bytep out, std::size_t count)
     {
         auto& self = *static_cast<Decoder*>(png_get_io_ptr(png));
-        if (count > self.m_data.size() - self.m_place)
+        if (count > self.m_rest.size())
             throw Broken();
-        std::memcpy(out, self.m_data.bytes() + self.m_place, count);
-        self.m_place += count;
-        if (self.m_place - self.m_discarded >= BytesAtOnce) {
-            MappedFile::discard(
-                self.m_data.chars().substr(self.m_discarded, self.m_place - self.m_discarded));
-            self.m_discarded = self.m_place;
-        }
+        std::memcpy(out, self.m_rest.data(), count);
+        self.m_pages.add(self.m_rest.substr(0, count));
+        self.m_rest.remove_prefix(count);
     }
 
-    static constexpr std::size_t BytesAtOnce = 1 << 20;
-
-    const Data& m_data;
-    std::size_t m_place = 0;
-    std::size_t m_discarded = 0; // What has been read and is not wanted again.
+    std::string_view m_rest;
+    ReadPages m_pages;
 };
 
 bool hasAlpha(const Decoder& decoder)

@@ -1,3 +1,4 @@
+#include "platform/image/engine/ReadPages.h"
 #include "platform/image/engine/Readers.h"
 #include "platform/image/engine/TIFFRows.h"
 
@@ -11,6 +12,7 @@ namespace {
 struct Input {
     Data data;
     std::size_t place = 0;
+    ReadPages pages {};
 };
 
 Input& of(thandle_t handle) { return *static_cast<Input*>(handle); }
@@ -22,6 +24,7 @@ tmsize_t read(thandle_t handle, void* out, tmsize_t count)
     const std::size_t some = std::min(static_cast<std::size_t>(count), input.data.size() - start);
     std::memcpy(out, input.data.bytes() + start, some);
     input.place = start + some;
+    input.pages.add(input.data.chars().substr(start, some));
     return static_cast<tmsize_t>(some);
 }
 
