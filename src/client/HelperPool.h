@@ -55,7 +55,7 @@ public:
         std::uint64_t crashed = 0; ///< helpers that ended in a request
         std::uint64_t timedOut = 0;
         std::uint64_t renewed = 0;
-        std::uint64_t mostMemory = 0; ///< bytes resident that any helper was seen with
+        std::uint64_t mostMemory = 0; ///< bytes resident that any helper has had, but for crashed ones
     };
 
     /// Gives the next job, or nil at the end. Called by one thread at a time.

@@ -35,6 +35,10 @@ bool isHarm(HelperOutcome outcome)
 
 std::optional<FileState> stateOfFile(const String& path, String& whyNot)
 {
+    if (path.isEmpty()) {
+        whyNot = u"no file is named"_s;
+        return std::nullopt;
+    }
     const std::string name = path.utf8();
     struct stat status = {};
     if (stat(name.c_str(), &status) != 0 || access(name.c_str(), R_OK) != 0) {

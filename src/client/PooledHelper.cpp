@@ -1,13 +1,12 @@
 #include "client/PooledHelper.h"
 
 #include "client/ConnectionCache.h"
+#include "client/ProcessFigures.h"
 
 #include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstring>
-#include <fcntl.h>
-#include <fstream>
 
 namespace caddis {
 
@@ -24,18 +23,6 @@ constexpr unsigned MostOutsideKills = 20;
 constexpr int MostDeadStandbys = 20;
 constexpr double LongestEnding = 0.25;
 constexpr unsigned QuestionsPerMemoryCheck = 16;
-
-// How many processes the kernel has killed for want of memory since it was started. 0: it does not say.
-std::uint64_t kernelKills()
-{
-    std::ifstream file("/proc/vmstat");
-    std::string name;
-    for (std::uint64_t count = 0; file >> name >> count;) {
-        if (name == "oom_kill")
-            return count;
-    }
-    return 0;
-}
 
 std::string_view nameOfSignal(int signal)
 {
@@ -238,36 +225,35 @@ void PooledHelper::discard()
 {
     if (!m_helper)
         return;
+    noteMemory(mostResidentBytes(process()));
     removeConnectionRegisteredWithName(m_helper->registeredProxyName());
     m_nursery.bury(std::move(m_helper));
+}
+
+pid_t PooledHelper::process() const
+{
+    const Task* const task = m_helper->launchedTask();
+    return task ? task->processIdentifier() : 0;
+}
+
+void PooledHelper::noteMemory(std::uint64_t bytes)
+{
+    std::uint64_t most = m_counters.mostMemory;
+    while (bytes > most && !m_counters.mostMemory.compare_exchange_weak(most, bytes)) { }
 }
 
 void PooledHelper::renewWhenDue()
 {
     bool isDue = m_questions >= m_settings.renewAfter;
     if (m_questions % QuestionsPerMemoryCheck == 1) {
-        const std::uint64_t resident = residentBytes();
-        if (resident > m_counters.mostMemory)
-            m_counters.mostMemory = resident;
+        const std::uint64_t resident = residentBytes(process());
+        noteMemory(resident);
         isDue = isDue || (m_settings.memory && resident > m_settings.memory / 2);
     }
     if (!isDue)
         return;
     ++m_counters.renewed;
     discard();
-}
-
-std::uint64_t PooledHelper::residentBytes() const
-{
-    const Task* const task = m_helper->launchedTask();
-    const std::string path = "/proc/" + std::to_string(task ? task->processIdentifier() : 0) + "/statm";
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    char text[128] = {};
-    unsigned long long pages = 0;
-    if (!file.isOpen() || read(file.number(), text, sizeof text - 1) <= 0
-        || std::sscanf(text, "%*u %llu", &pages) != 1)
-        return 0;
-    return pages * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
 }
 
 } // namespace caddis

@@ -51,7 +51,8 @@ private:
     std::optional<Proxy> proxy();
     void discard();
     void renewWhenDue();
-    std::uint64_t residentBytes() const;
+    pid_t process() const;
+    void noteMemory(std::uint64_t bytes);
 
     const HelperPool::Settings& m_settings;
     HelperNursery& m_nursery;

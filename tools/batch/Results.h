@@ -32,6 +32,8 @@ public:
 
     /// Whether a record is there of this input, this very file, and this version of the software.
     bool has(const Input& input) const;
+    /// Whether a later run can go on from here.
+    bool isKept() const { return m_file.isOpen(); }
     std::size_t countOfKept() const { return m_kept.size(); }
 
     /// Throws std::system_error when it can't be written.

@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <system_error>
 
 namespace caddis::tool {
 
@@ -32,6 +33,15 @@ void summarize(const HelperPool& pool, const Progress& progress, const Results& 
     if (results.countOfKept())
         std::fprintf(stderr, "%zu records were there already\n", results.countOfKept());
     std::fprintf(stderr, "%s\n", summaryOf(pool).c_str());
+    if (InterruptGuard::wasInterrupted() && results.isKept())
+        std::fputs("interrupted; with --resume it goes on from here\n", stderr);
+}
+
+// As any program does whose reader has had enough; but only here, when the helpers have gone.
+void endByBrokenPipe()
+{
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
 }
 
 ExitCode runBatch(const BatchOptions& options)
@@ -67,6 +77,10 @@ ExitCode batch(const Invocation& invocation)
     std::signal(SIGPIPE, SIG_IGN);
     try {
         return runBatch(*options);
+    } catch (const std::system_error& error) {
+        if (error.code() == std::errc::broken_pipe)
+            endByBrokenPipe();
+        return complain(error.what());
     } catch (const std::exception& exception) {
         return complain(exception.what());
     }
