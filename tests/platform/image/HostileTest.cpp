@@ -127,10 +127,16 @@ TEST(HostilePictures, SizesThatAreOnlyClaimedCostNothing)
     std::string psd = bytesOfPicture("quarters.psd");
     psd.replace(14, 8, be32(side) + be32(side));
     std::string tga("\0\0\x0A\0\0\0\0\0\0\0\0\0\xFF\xFF\xFF\xFF\x20\0", 18);
+    const auto entry = [](std::uint64_t tag, std::uint64_t number) {
+        return le(tag, 2) + le(4, 2) + le(1, 4) + le(number, 4);
+    };
+    const std::string tiff = "II*" + std::string(1, '\0') + le(8, 4) + le(9, 2) + entry(256, side)
+        + entry(257, 900) + entry(258, 8) + entry(259, 8) + entry(262, 1) + entry(273, 8) + entry(277, side)
+        + entry(278, 40) + entry(279, 100) + le(0, 4);
     const std::string gif("GIF89a\xFF\xFF\xFF\xFF\0\0\0,\0\0\0\0\xFF\xFF\xFF\xFF\0\2\2D\1\0;", 29);
     const std::string svg = "<svg xmlns='http://www.w3.org/2000/svg' width='65535' height='65535'/>";
     for (const std::string& file :
-        { heic, bmp, psd, tga + "x", gif, std::string("P6 65535 65535 255\n"), svg }) {
+        { heic, bmp, psd, tga + "x", tiff, gif, std::string("P6 65535 65535 255\n"), svg }) {
         EXPECT_LT(growth([&] {
             if (const auto source = sourceOf(file)) {
                 EXPECT_FALSE(source->imageAtIndex(0)) << source->type().utf8();

@@ -8,6 +8,9 @@ namespace caddis::image {
 
 namespace {
 
+// Three copies of a row are in memory; no scanner makes any wider.
+constexpr std::uint64_t MostSamplesOfARow = 16 << 20;
+
 std::uint16_t coloursOf(std::uint16_t photometric)
 {
     return photometric == PHOTOMETRIC_SEPARATED                              ? 4
@@ -58,7 +61,7 @@ std::optional<TIFFRows> TIFFRows::of(TIFF* tiff)
         return std::nullopt;
     const auto size = static_cast<std::uint64_t>(std::max<tmsize_t>(TIFFScanlineSize(tiff), 0));
     const std::uint64_t count = std::uint64_t { rows.m_wide } * rows.m_samples;
-    if (count > limits::MostBytesInMemory || size < (count * rows.m_bits + 7) / 8 || size > count * 4 + 16)
+    if (count > MostSamplesOfARow || size < (count * rows.m_bits + 7) / 8 || size > count * 4 + 16)
         return std::nullopt;
     rows.m_packed.resize(size);
     rows.m_bytes.resize(count);
