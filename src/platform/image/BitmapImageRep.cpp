@@ -48,8 +48,9 @@ std::optional<Bitmap> BitmapImageRep::bitmapOfAtLeast(Size wanted) const
     // One more than needed: the shorter side is rounded down.
     const auto side = static_cast<std::uint32_t>(std::min(std::ceil(part * longest) + 1, longest));
     auto smaller = m_source->thumbnailAtIndex(m_index, { .maxPixelSize = side });
+    // What can't be drawn small can't be drawn at all, and to find out would take the memory of all pixels.
     const bool isEnough
-        = smaller && smaller->pixelsWide >= wanted.width && smaller->pixelsHigh >= wanted.height;
+        = !smaller || (smaller->pixelsWide >= wanted.width && smaller->pixelsHigh >= wanted.height);
     return isEnough ? smaller : bitmap();
 }
 
