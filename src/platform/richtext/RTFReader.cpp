@@ -252,8 +252,9 @@ void Reader::finishDestination(Destination destination)
     case Destination::InfoTime:
         return finishInfo();
     case Destination::Marker:
-        m_listTable.setMarker(m_text);
-        return;
+        return m_listTable.setMarker(m_text);
+    case Destination::LevelText:
+        return m_listTable.setLevelText(m_text);
     default:
         return;
     }

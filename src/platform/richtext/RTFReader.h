@@ -23,6 +23,7 @@ enum class Destination : std::uint8_t {
     InfoTime,
     Instruction, ///< of a field
     Marker, ///< \*\levelmarker
+    LevelText,
     Graphic, ///< \NeXTGraphic
 };
 

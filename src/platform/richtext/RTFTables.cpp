@@ -50,6 +50,25 @@ std::u16string_view markerOfFormat(std::int32_t numberFormat)
     return numberFormat == Bullet ? u"{disc}" : u"{decimal}";
 }
 
+// The bullets of office programs, two of them of symbol fonts.
+std::u16string_view bulletFormat(char16_t bullet, std::u16string_view other)
+{
+    switch (bullet) {
+    case u'o':
+    case 0x25E6:
+        return u"{circle}";
+    case 0x25AA:
+    case 0xF0A7:
+        return u"{square}";
+    case u'-':
+    case 0x2013:
+    case 0x2043:
+        return u"{hyphen}";
+    default:
+        return other;
+    }
+}
+
 } // namespace
 
 CFStringEncoding encodingOfCharset(std::int32_t charset)
@@ -151,8 +170,35 @@ void ListTable::setFormat(std::int32_t numberFormat)
 
 void ListTable::setMarker(std::u16string_view marker)
 {
-    if (!m_levels.empty() && !marker.empty())
-        m_levels.back().markerFormat = String(marker);
+    if (m_levels.empty() || marker.empty())
+        return;
+    m_levels.back().markerFormat = String(marker);
+    m_hasMarker = true;
+}
+
+// A character that counts the others, and those; characters below 9 stand for the numbers of that level. The
+// last number is the item's own, those of the levels around it are not known to a list.
+void ListTable::setLevelText(std::u16string_view text)
+{
+    constexpr char16_t Levels = 9;
+    if (m_levels.empty() || m_hasMarker || text.size() < 2)
+        return;
+    text = text.substr(1, text[0]);
+    const auto isNumber = [](char16_t unit) { return unit < Levels; };
+    const auto last = std::find_if(text.rbegin(), text.rend(), isNumber);
+    TextList& level = m_levels.back();
+    if (last == text.rend()) {
+        level.markerFormat = String(bulletFormat(text.front(), level.markerFormat));
+        return;
+    }
+    const auto number = static_cast<std::size_t>(text.rend() - last) - 1;
+    const bool isOnly
+        = std::ranges::find_if(text, isNumber) == text.begin() + static_cast<std::ptrdiff_t>(number);
+    MutableString format;
+    if (isOnly)
+        format.append(text.substr(0, number));
+    format.append(level.markerFormat).append(text.substr(number + 1));
+    level.markerFormat = std::move(format).take();
 }
 
 void ListTable::setStart(std::int32_t number)

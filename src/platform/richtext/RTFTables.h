@@ -61,9 +61,15 @@ private:
 class ListTable {
 public:
     void beginList() { m_levels.clear(); }
-    void beginLevel() { m_levels.emplace_back(); }
+    void beginLevel()
+    {
+        m_levels.emplace_back();
+        m_hasMarker = false;
+    }
     void setFormat(std::int32_t numberFormat);
     void setMarker(std::u16string_view marker);
+    /// Counts where there is no marker: that is what its writer called it.
+    void setLevelText(std::u16string_view text);
     void setStart(std::int32_t number);
     void setIdentifier(std::int32_t identifier) { m_lists[identifier] = m_levels; }
 
@@ -76,6 +82,7 @@ public:
 
 private:
     std::vector<TextList> m_levels;
+    bool m_hasMarker = false; // The last one of them.
     std::map<std::int32_t, std::vector<TextList>> m_lists;
     std::map<std::int32_t, std::int32_t> m_overrides;
     std::int32_t m_override = 0;

@@ -131,6 +131,7 @@ void Reader::takeUnits(std::u16string_view units)
     case Destination::InfoText:
     case Destination::Instruction:
     case Destination::Marker:
+    case Destination::LevelText:
         m_text.append(units);
         return;
     default:

@@ -26,7 +26,7 @@ const WordSet& destinations()
         { "header", Skip }, { "headerl", Skip }, { "headerr", Skip }, { "headerf", Skip }, { "footer", Skip },
         { "footerl", Skip }, { "footerr", Skip }, { "footerf", Skip }, { "revtbl", Skip },
         { "filetbl", Skip }, { "upr", Skip }, { "xe", Skip }, { "tc", Skip }, { "annotation", Skip },
-        { "leveltext", Skip }, { "levelnumbers", Skip }, { "listname", Skip }, { "object", Body },
+        { "leveltext", LevelText }, { "levelnumbers", Skip }, { "listname", Skip }, { "object", Body },
         { "fldrslt", Body }, { "nesttableprops", Body }, { "nonesttables", Skip }, { "shppict", Skip },
         { "falt", Skip }, { "panose", Skip }, { "fontemb", Skip } };
     return words;

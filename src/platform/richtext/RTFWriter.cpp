@@ -127,15 +127,15 @@ void Writer::paragraph(Range range, const ParagraphStyle& style, const Paragraph
         m_out += "\\\n";
 }
 
-// "TAB marker TAB" at the front of an item.
+// "TAB marker TAB" at the front of an item; office programs leave out the first of the tabs.
 Range Writer::markerOf(Range paragraph, const ParagraphStyle& style) const
 {
     constexpr std::size_t LongestMarker = 64;
-    const std::u16string_view text = m_text.string().view(paragraph);
-    if (style.lists.empty() || !text.starts_with(u'\t'))
-        return { paragraph.location, 0 };
-    const std::size_t end = text.substr(0, LongestMarker).find(u'\t', 1);
-    return { paragraph.location, end == text.npos ? 0 : end + 1 };
+    const std::u16string_view text = m_text.string().view(paragraph).substr(0, LongestMarker);
+    const std::size_t end = style.lists.empty() ? text.npos : text.find(u'\t', 1);
+    const bool isMarker = end != text.npos
+        && (text[0] == u'\t' || m_text.lists()[style.lists.back()].isMarker(text.substr(0, end)));
+    return { paragraph.location, isMarker ? end + 1 : 0 };
 }
 
 void Writer::paragraphProperties(const ParagraphStyle& style)

@@ -81,6 +81,22 @@ TEST(RTFReader, ReadsParagraphsListsAndLinks)
     EXPECT_EQ(styleAt(read, 2).link, u"");
 }
 
+TEST(RTFReader, TakesMarkersFromTheTextOfLevels)
+{
+    const auto read = caddis::read("{\\*\\listtable{\\list{\\listlevel\\levelnfc0{"
+                                   "\\leveltext\\leveltemplateid5\\'02\\'00);}{\\levelnumbers\\'01;}}"
+                                   "{\\listlevel\\levelnfc4{\\leveltext\\'05\\'00.(\\'01);}}{"
+                                   "\\listlevel\\levelnfc23{\\leveltext\\'01o;}}\\listid9}}"
+                                   "{\\*\\listoverridetable{\\listoverride\\listid9\\ls1}}"
+                                   "\\pard{\\listtext 3)\\tab}\\ls1 a\\par\\ilvl1 b\\par\\ilvl2 c\\par");
+    EXPECT_EQ(traceOf(read),
+        "[list {decimal})] {}3)TABa\n[list {decimal}) list {lower-alpha})] {}b\n"
+        "[list {decimal}) list {lower-alpha}) list {circle}] {}c\n");
+    EXPECT_NE(
+        RTFFromString(read, {}).chars().find("{\\listtext\\f0\\fs24\\cf0 3)\t}"), std::string_view::npos)
+        << "readers with markers of their own show them once";
+}
+
 TEST(RTFReader, KeepsTheCellsOfTables)
 {
     const auto read = caddis::read("\\trowd\\cellx1000\\cellx3000\\pard\\intbl a\\cell b\\par c\\cell\\row"
