@@ -57,6 +57,8 @@ TEST(PICT, WhatIsClippedOrSkippedLeavesThePaper)
     const std::string region
         = words({ 0x01, 36, 0, 0, 40, 40, 0, 0, 20, 0x7FFF, 20, 0, 40, 0x7FFF, 40, 20, 40, 0x7FFF, 0x7FFF });
     EXPECT_EQ(drawn(picture(region + words({ 0 }) + all)), "40x40 rwwr");
+    // One whose size reaches beyond the file.
+    EXPECT_EQ(drawn(picture(all + words({ 0x81, 0x7000, 0, 0, 40, 40, 5, 10 }))), "40x40 rrrr");
     const std::string comment = words({ 0xA1, 100, 3 }) + "abc" + '\0';
     EXPECT_EQ(drawn(picture(comment + words({ 0x0C00 }) + std::string(24, '\xEE') + all)), "40x40 rrrr");
     EXPECT_EQ(drawn(picture(all + words({ 0x9A, 0, 0 }))), "40x40 rrrr");

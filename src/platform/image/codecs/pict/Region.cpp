@@ -35,7 +35,8 @@ std::vector<Box> readRegion(Cursor& cursor)
         if (y == EndMark || boxes.size() > MostBoxes)
             break;
         top = y;
-        for (int x = cursor.i16(); x != EndMark && cursor.place() < end; x = cursor.i16())
+        for (int x = cursor.i16(); x != EndMark && cursor.place() < end && !cursor.isAtEnd();
+             x = cursor.i16())
             flip(edges, x);
     }
     cursor.moveTo(end);
