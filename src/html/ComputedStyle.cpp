@@ -287,6 +287,13 @@ void Computer::computeBorder()
         m_style.borderWidth = 0;
 }
 
+VerticalAlignment cellAlignmentOf(const PropertyValue& said)
+{
+    if (said.is(Keyword::Middle))
+        return VerticalAlignment::Middle;
+    return said.is(Keyword::Bottom) ? VerticalAlignment::Bottom : VerticalAlignment::Top;
+}
+
 // Lines under a paragraph show under all of its text; a background or a raised line only as far as there are
 // nothing but inline elements in between.
 void Computer::computeInlineMarks()
@@ -307,6 +314,10 @@ void Computer::computeInlineMarks()
             m_style.background = background;
     }
     const PropertyValue* const said = value(Property::VerticalAlign);
+    if (m_style.display == Keyword::Table || m_style.display == Keyword::InlineTable)
+        m_style.cellAlignment = VerticalAlignment::Middle;
+    if (said && m_style.isTablePart())
+        m_style.cellAlignment = cellAlignmentOf(*said);
     if (!said || m_style.isBlock() || m_style.isTablePart())
         return;
     if (said->is(Keyword::Super) || said->is(Keyword::Sub))

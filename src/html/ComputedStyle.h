@@ -29,6 +29,7 @@ struct ComputedStyle {
     double letterSpacing = 0;
     double textIndent = 0;
     double borderSpacing = 2;
+    VerticalAlignment cellAlignment = VerticalAlignment::Middle; ///< from a row to its cells
     std::shared_ptr<const CustomProperties> customProperties; ///< null: none
 
     // Not handed down, but they go on showing inside inline elements.

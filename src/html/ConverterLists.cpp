@@ -116,6 +116,8 @@ void Converter::openCell(Frame& frame)
     cell.rowSpan
         = static_cast<std::uint32_t>(std::clamp(numberIn(attribute(frame, u"rowspan"), 1), 1, MostRows));
     cell.width = std::max(style.width.value_or(0), 0.0);
+    cell.minimumHeight = std::max(style.height.value_or(0), 0.0);
+    cell.alignment = style.cellAlignment;
     cell.padding = CellPadding::ofAllSides(std::max(style.padding, 0.0));
     cell.borderWidth = std::max(style.borderWidth, 0.0);
     cell.borderColor = style.borderColor;

@@ -101,8 +101,8 @@ TEST(HTMLImport, ItemsOfListsHaveMarkers)
 
 TEST(HTMLImport, TablesKeepTheirCells)
 {
-    const AttributedString text
-        = imported("<table border=1><tr><td rowspan=2>a<th colspan=2>b<tr><td bgcolor=red>c<td></table>d");
+    const AttributedString text = imported(
+        "<table border=1><tr><td rowspan=2>a<th colspan=2>b<tr valign=bottom><td bgcolor=red>c<td></table>d");
     EXPECT_EQ(text.string(), u"a\nb\nc\n\nd"_s);
     EXPECT_EQ(text.tables().size(), 1U);
     EXPECT_EQ(text.tables()[0].columns, 3U);
@@ -110,6 +110,8 @@ TEST(HTMLImport, TablesKeepTheirCells)
         return text.paragraphStyles()[text.paragraphRuns()[run].style].cells.at(0);
     };
     EXPECT_EQ(cell(0).rowSpan, 2U);
+    EXPECT_EQ(cell(0).alignment, VerticalAlignment::Middle);
+    EXPECT_EQ(cell(2).alignment, VerticalAlignment::Bottom) << "as its row says";
     EXPECT_EQ(cell(1).columnSpan, 2U);
     EXPECT_EQ(cell(1).borderWidth, 1);
     EXPECT_EQ(cell(2).row, 1U);

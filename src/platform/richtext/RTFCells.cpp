@@ -77,6 +77,8 @@ void Reader::endRow(bool isNested)
     table.column = 0;
     m_innerEnd = m_builder.length();
     m_innerLevel = m_openTables.size();
+    if (m_innerLevel <= m_rows.size() && m_rows[m_innerLevel - 1].isLast())
+        closeTables(m_innerLevel - 1);
 }
 
 // What was said of the cells of the innermost table's row goes to their paragraphs.

@@ -48,47 +48,21 @@ int levelNumberFormat(std::u16string_view marker)
     return 23;
 }
 
-// "{decimal}." as a text of two characters, the first of them the level's number.
-void appendNumberText(std::string& out, std::u16string_view format, std::size_t level)
-{
-    constexpr std::size_t Longest = 100;
-    const std::size_t open = std::min(format.find(u'{'), format.size());
-    const std::size_t close = std::min(format.find(u'}', open), format.size());
-    const std::u16string_view before = format.substr(0, std::min(open, Longest));
-    const std::u16string_view after = format.substr(std::min(close + 1, format.size())).substr(0, Longest);
-    appendByte(out, before.size() + 1 + after.size());
-    appendEscaped(out, before);
-    appendByte(out, level);
-    appendEscaped(out, after);
-    out += ";}{\\levelnumbers";
-    appendByte(out, before.size() + 1);
-    out += ";}";
-}
-
+// The markers are text of the paragraphs, so the level has none to show: a reader that makes its own would
+// show them twice, or put it where its own tab stops are.
 void appendListLevel(std::string& out, const TextList& list, std::size_t level)
 {
     const int format = levelNumberFormat(list.markerFormat);
     out += "{\\listlevel";
     appendWord(out, "levelnfc", format);
     appendWord(out, "levelnfcn", format);
-    out += "\\leveljc0\\leveljcn0\\levelfollow0";
+    out += "\\leveljc0\\leveljcn0\\levelfollow2";
     appendWord(out, "levelstartat", list.startingItemNumber);
     out += "\\levelspace360\\levelindent0{\\*\\levelmarker ";
     appendEscaped(out, list.markerFormat);
     out += "}{\\leveltext";
     appendWord(out, "leveltemplateid", static_cast<long>(level + 1));
-    if (format == 23) {
-        out += "\\'01";
-        appendEscaped(out, list.marker(1).view().substr(0, 1));
-        out += ";}{\\levelnumbers;}";
-    } else {
-        appendNumberText(out, list.markerFormat, level);
-    }
-    const long indent = static_cast<long>(level + 1) * 720;
-    out += "\\fi-360";
-    appendWord(out, "li", indent);
-    appendWord(out, "lin", indent);
-    out += " }";
+    out += "\\'00;}{\\levelnumbers;}}";
 }
 
 struct InfoKey {

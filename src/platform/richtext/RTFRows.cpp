@@ -39,6 +39,7 @@ struct RowDefinition::Words {
     static void addRowWords(Table& words)
     {
         words["trowd"] = [](RowDefinition& row, std::int32_t) { row.begin(); };
+        words["lastrow"] = [](RowDefinition& row, std::int32_t) { row.m_isLast = true; };
         words["trleft"] = [](RowDefinition& row, std::int32_t value) { row.m_left = value; };
         words["trgaph"] = [](RowDefinition& row, std::int32_t value) { row.m_gap = lengthOf(value); };
         // Negative: exactly so high.
@@ -108,6 +109,7 @@ void RowDefinition::begin()
     m_cells.clear(); // Keeps its room: a table has rows of one kind.
     m_next = {};
     m_borderSide = 0;
+    m_isLast = false;
     m_left = m_minimumHeight = m_gap = 0;
     m_paddingTop = m_paddingLeft = m_paddingBottom = m_paddingRight = std::nullopt;
 }

@@ -31,6 +31,8 @@ public:
 
     /// Whether the cell is only a part of another one.
     bool isCovered(std::uint32_t column) const;
+    /// Whether the table ends with the row, even if another one follows at once.
+    bool isLast() const { return m_isLast; }
     bool isTall(std::uint32_t column) const { return column < m_cells.size() && m_cells[column].isTall; }
     bool isMergedDown(std::uint32_t column) const
     {
@@ -53,6 +55,7 @@ private:
     std::size_t m_leading = 0; // Index of the last one that is not merged into another.
     CellDefinition m_next;
     std::uint8_t m_borderSide = 0; // Of the next cell, that the next words are about; 0: none.
+    bool m_isLast = false;
     std::int32_t m_left = 0;
     std::int32_t m_minimumHeight = 0;
     std::int32_t m_gap = 0; // Half of what is between the texts of two cells.

@@ -106,36 +106,14 @@ void Writer::paragraph(Range range, const ParagraphStyle& style, const Paragraph
         m_isParagraphInField = !m_link.isEmpty();
     }
     const bool isEnded = m_text.string()[range.end() - 1] == u'\n';
-    const Range marker = markerOf(range, style);
-    if (marker.length > 0) {
-        setLink({});
-        const auto outside = m_style;
-        m_out += "{\\listtext";
-        pieces(marker);
-        setLink({});
-        m_out += '}';
-        m_style = outside;
-    }
-    const std::size_t content = range.location + marker.length;
     const bool endsCell = isEnded && !style.cells.empty()
         && (!next || commonCells(style.cells, next->cells) < style.cells.size());
     // The line break has a style of its own, which is set before its word.
-    pieces({ content, range.end() - content });
+    pieces(range);
     if (endsCell)
         endCells(style, next);
     else if (isEnded)
         m_out += "\\\n";
-}
-
-// "TAB marker TAB" at the front of an item; office programs leave out the first of the tabs.
-Range Writer::markerOf(Range paragraph, const ParagraphStyle& style) const
-{
-    constexpr std::size_t LongestMarker = 64;
-    const std::u16string_view text = m_text.string().view(paragraph).substr(0, LongestMarker);
-    const std::size_t end = style.lists.empty() ? text.npos : text.find(u'\t', 1);
-    const bool isMarker = end != text.npos
-        && (text[0] == u'\t' || m_text.lists()[style.lists.back()].isMarker(text.substr(0, end)));
-    return { paragraph.location, isMarker ? end + 1 : 0 };
 }
 
 void Writer::paragraphProperties(const ParagraphStyle& style)

@@ -55,6 +55,13 @@ public:
     std::string write(const Dictionary& attributes) &&;
 
 private:
+    struct OpenRow {
+        std::vector<TableCell> cells;
+        long share = 0; // Twips, of a column without a width.
+        std::vector<TableCell> tall {}; // By column: the last cell of several rows that stands above.
+        std::size_t coveredAtEnd = 0; // Columns behind the last cell.
+    };
+
     void paragraph(Range range, const ParagraphStyle& style, const ParagraphStyle* next);
     void paragraphProperties(const ParagraphStyle& style);
     void lineProperties(const ParagraphStyle& style);
@@ -62,17 +69,16 @@ private:
     void piece(std::u16string_view text, const CharacterStyle& style);
     void characterProperties(const CharacterStyle& style);
     void attachment(const CharacterStyle& style);
-    Range markerOf(Range paragraph, const ParagraphStyle& style) const;
     void setLink(const String& link);
     void beginRows(const ParagraphStyle& style);
     void beginRow(std::size_t level, const ParagraphStyle& style);
     void endCells(const ParagraphStyle& style, const ParagraphStyle* next);
     void endCell(std::size_t level);
     void endCoveredCells(std::size_t level, std::size_t count);
-    void endRow(std::size_t level);
+    void endRow(std::size_t level, bool isLast);
     void tableParagraph(std::size_t level);
     void rowDefinition(std::size_t level);
-    void coveredDefinitions(std::size_t count, long& right, long share);
+    void coveredDefinition(const OpenRow& row, std::size_t column, long& right);
     void cellDefinition(const TableCell& cell, long& right, long share);
     void cellLooks(const TableCell& cell);
     void cellBorders(const TableCell& cell);
@@ -93,12 +99,6 @@ private:
     std::optional<CharacterStyle> m_styleOutside; // Of that field.
     std::vector<TableCell> m_cells; // Of the paragraph before.
 
-    struct OpenRow {
-        std::vector<TableCell> cells;
-        long share = 0; // Twips, of a column without a width.
-        std::vector<std::uint32_t> freeFromRow {}; // By column: where no cell of a row above reaches.
-        std::size_t coveredAtEnd = 0; // Columns behind the last cell.
-    };
     std::vector<OpenRow> m_rows; // Those that the present paragraph is in, the outermost first.
 };
 

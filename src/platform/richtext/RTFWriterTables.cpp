@@ -40,16 +40,23 @@ std::optional<long> widthOf(const TableCell& cell)
     return hasWidth ? std::optional(std::lround(cell.width * 20)) : std::nullopt;
 }
 
-// Notes down to which row the cell reaches.
-void cover(std::vector<std::uint32_t>& freeFromRow, const TableCell& cell)
+// Notes which columns of the rows below are the cell's.
+void cover(std::vector<TableCell>& tall, const TableCell& cell)
 {
     constexpr std::size_t MostColumns = 1000;
     const std::size_t end = cell.column + columnsOf(cell);
     if (cell.rowSpan <= 1 || end > MostColumns)
         return;
-    freeFromRow.resize(std::max(freeFromRow.size(), end));
-    std::fill(freeFromRow.begin() + cell.column, freeFromRow.begin() + static_cast<std::ptrdiff_t>(end),
-        cell.row + cell.rowSpan);
+    tall.resize(std::max(tall.size(), end));
+    std::fill(tall.begin() + cell.column, tall.begin() + static_cast<std::ptrdiff_t>(end), cell);
+}
+
+// The cell of a row above that reaches down to that place; null pointer where there is none.
+const TableCell* tallCellAt(const std::vector<TableCell>& tall, std::size_t column, std::uint32_t row)
+{
+    const bool isReached
+        = column < tall.size() && row > tall[column].row && row - tall[column].row < tall[column].rowSpan;
+    return isReached ? &tall[column] : nullptr;
 }
 
 std::size_t columnsOf(const std::vector<TableCell>& cells)
@@ -101,7 +108,7 @@ void Writer::beginRow(std::size_t level, const ParagraphStyle& style)
     OpenRow row { .cells = cellsOfRow(level, cell) };
     const bool isSameTable = level < m_rows.size() && m_rows[level].cells.front().table == cell.table;
     if (isSameTable)
-        row.freeFromRow = std::move(m_rows[level].freeFromRow);
+        row.tall = std::move(m_rows[level].tall);
     m_rows.resize(level);
     long width = TableWidth;
     if (level > 0) {
@@ -109,12 +116,9 @@ void Writer::beginRow(std::size_t level, const ParagraphStyle& style)
         width = widthOf(outer).value_or(m_rows.back().share * static_cast<long>(columnsOf(outer)));
     }
     const std::size_t columns = columnsOf(row.cells);
-    while (columns + row.coveredAtEnd < row.freeFromRow.size()
-        && row.freeFromRow[columns + row.coveredAtEnd] > cell.row)
+    while (tallCellAt(row.tall, columns + row.coveredAtEnd, cell.row))
         ++row.coveredAtEnd;
     row.share = std::max(width / static_cast<long>(columns + row.coveredAtEnd), 1L);
-    for (const TableCell& tall : row.cells)
-        cover(row.freeFromRow, tall);
     m_rows.push_back(std::move(row));
     if (level == 0) {
         m_out += "\\itap1\\trowd ";
@@ -146,16 +150,20 @@ void Writer::endCoveredCells(std::size_t level, std::size_t count)
         endCell(level);
 }
 
-void Writer::endRow(std::size_t level)
+void Writer::endRow(std::size_t level, bool isLast)
 {
     endCoveredCells(level, m_rows[level].coveredAtEnd);
+    const std::string_view last = isLast ? "\\lastrow" : "";
     if (level == 0) {
-        m_out += "\\row\n";
-        return;
+        m_out.append(last).append("\\row\n");
+    } else {
+        m_out += "{\\*\\nesttableprops\\trowd ";
+        rowDefinition(level);
+        m_out.append(last).append("\\nestrow}{\\nonesttables\\par}\n");
     }
-    m_out += "{\\*\\nesttableprops\\trowd ";
-    rowDefinition(level);
-    m_out += "\\nestrow}{\\nonesttables\\par}\n";
+    OpenRow& row = m_rows[level];
+    for (const TableCell& cell : row.cells)
+        cover(row.tall, cell);
 }
 
 // A cell of several columns is followed by those that it is merged with; where a cell of the row above
@@ -177,19 +185,28 @@ void Writer::rowDefinition(std::size_t level)
     m_out += '\n';
     std::size_t column = 0;
     for (const TableCell& cell : row.cells) {
-        coveredDefinitions(coveredColumns(column, cell), right, row.share);
+        for (std::size_t count = coveredColumns(column, cell); count > 0; --count)
+            coveredDefinition(row, column++, right);
         cellDefinition(cell, right, row.share);
         column = cell.column + columnsOf(cell);
     }
-    coveredDefinitions(row.coveredAtEnd, right, row.share);
+    for (std::size_t count = row.coveredAtEnd; count > 0; --count)
+        coveredDefinition(row, column++, right);
 }
 
-void Writer::coveredDefinitions(std::size_t count, long& right, long share)
+// The part has the sides of the whole cell, and is as wide.
+void Writer::coveredDefinition(const OpenRow& row, std::size_t column, long& right)
 {
-    for (; count > 0; --count) {
-        appendWord(m_out, "clvmrg\\clftsWidth1\\cellx", right += share);
-        m_out += '\n';
-    }
+    const TableCell* const tall = tallCellAt(row.tall, column, row.cells.front().row);
+    const auto width = tall ? widthOf(*tall) : std::nullopt;
+    m_out += "\\clvmrg";
+    if (tall)
+        cellBorders(*tall);
+    if (!width)
+        m_out += "\\clftsWidth1";
+    right += width ? *width / static_cast<long>(columnsOf(*tall)) : row.share;
+    appendWord(m_out, "cellx", right);
+    m_out += '\n';
 }
 
 // Moves `right` to the cell's end.
@@ -258,12 +275,13 @@ void Writer::endCells(const ParagraphStyle& style, const ParagraphStyle* next)
             tableParagraph(level);
         endCell(level);
         const std::size_t end = cells[level].column + columnsOf(cells[level]);
-        const bool rowGoesOn = next && level == common && level < next->cells.size()
-            && isSameRow(cells[level], next->cells[level]);
+        const bool isInTable = next && level == common && level < next->cells.size()
+            && cells[level].table == next->cells[level].table;
+        const bool rowGoesOn = isInTable && isSameRow(cells[level], next->cells[level]);
         endCoveredCells(
             level, columnsOf(cells[level]) - 1 + (rowGoesOn ? coveredColumns(end, next->cells[level]) : 0));
         if (!rowGoesOn)
-            endRow(level);
+            endRow(level, !isInTable);
     }
 }
 

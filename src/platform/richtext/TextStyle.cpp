@@ -80,39 +80,6 @@ void appendMarker(MutableString& text, std::u16string_view style, std::int32_t n
     }
 }
 
-struct MarkerFormat {
-    std::u16string_view before;
-    std::optional<std::u16string_view> style; // Nil: all is before.
-    std::u16string_view after;
-};
-
-MarkerFormat parted(std::u16string_view format)
-{
-    const std::size_t open = format.find(u'{');
-    const std::size_t close = open == format.npos ? open : format.find(u'}', open);
-    if (close == format.npos)
-        return { format, std::nullopt, {} };
-    return { format.substr(0, open), format.substr(open + 1, close - open - 1), format.substr(close + 1) };
-}
-
-bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
-bool isLetter(char16_t unit) { return (unit | 0x20) >= u'a' && (unit | 0x20) <= u'z'; }
-
-bool isOfStyle(std::u16string_view text, std::u16string_view style)
-{
-    constexpr std::size_t LongestNumber = 15;
-    constexpr std::size_t LongestWord = 3;
-    if (style == u"none" || text.empty() || text.size() > LongestNumber)
-        return style == u"none" && text.empty();
-    if (style.ends_with(u"-roman"))
-        return text.find_first_not_of(u"ivxlcdmIVXLCDM") == text.npos;
-    if (style.ends_with(u"-alpha") || style.ends_with(u"-latin"))
-        return text.size() <= LongestWord && std::ranges::all_of(text, isLetter);
-    if (style.starts_with(u"decimal"))
-        return std::ranges::all_of(text, isDigit);
-    return text.size() == 1 && !isDigit(text[0]) && (!isLetter(text[0]) || text[0] == u'o');
-}
-
 } // namespace
 
 TextColor TextColor::fromBytes(std::uint8_t red, std::uint8_t green, std::uint8_t blue, double alpha)
@@ -129,23 +96,18 @@ std::uint8_t TextColor::byte(std::int32_t part)
 
 String TextList::marker(std::int32_t itemNumber) const
 {
-    const MarkerFormat format = parted(markerFormat);
+    const std::u16string_view format = markerFormat;
+    const std::size_t open = format.find(u'{');
+    const std::size_t close = format.find(u'}', open == std::u16string_view::npos ? 0 : open);
     MutableString text;
-    text.append(format.before);
-    if (format.style)
-        appendMarker(text, *format.style, itemNumber);
-    text.append(format.after);
+    if (open == std::u16string_view::npos || close == std::u16string_view::npos) {
+        text.append(format);
+    } else {
+        text.append(format.substr(0, open));
+        appendMarker(text, format.substr(open + 1, close - open - 1), itemNumber);
+        text.append(format.substr(close + 1));
+    }
     return std::move(text).take();
-}
-
-bool TextList::isMarker(std::u16string_view text) const
-{
-    const MarkerFormat format = parted(markerFormat);
-    if (text.size() < format.before.size() + format.after.size() || !text.starts_with(format.before)
-        || !text.ends_with(format.after))
-        return false;
-    text = text.substr(format.before.size(), text.size() - format.before.size() - format.after.size());
-    return format.style ? isOfStyle(text, *format.style) : text.empty();
 }
 
 } // namespace caddis

@@ -80,8 +80,6 @@ struct TextList {
 
     /// The marker of the item with that number: "•", "3.", "iv)". Formats that are not known give a bullet.
     String marker(std::int32_t itemNumber) const;
-    /// Whether `text` may be the marker of one of its items. Any sign is taken for a bullet.
-    bool isMarker(std::u16string_view text) const;
 
     friend bool operator==(const TextList&, const TextList&) = default;
 };
