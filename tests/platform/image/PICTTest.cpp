@@ -64,6 +64,17 @@ TEST(PICT, WhatIsClippedOrSkippedLeavesThePaper)
     EXPECT_EQ(drawn(picture(all + words({ 0x9A, 0, 0 }))), "40x40 rrrr");
 }
 
+TEST(PICT, AFileThatEndsWithinAnOperatorEnds)
+{
+    const std::string all = foreColour(Red) + words({ 0x31, 0, 0, 40, 40 });
+    for (const auto& operators : { words({ 0x80, 0x7FFF, 0, 0, 40, 40, 0, 1, 2 }),
+             words({ 0x70, 0x7FFF, 0, 0 }), words({ 0x99, 0x8008, 0, 0, 9, 9, 0 }),
+             words({ 0x8200, 0x7FFF, 0xFFFF, 1 }), words({ 0x13, 1 }) }) {
+        const std::string file = picture(all + operators);
+        EXPECT_EQ(drawn(file.substr(0, file.size() - 2)), "40x40 rrrr");
+    }
+}
+
 TEST(PICT, PixelsOfEveryPackingFillTheirBox)
 {
     const auto map = [](int packing, int bits, int bytesPerRow) {
