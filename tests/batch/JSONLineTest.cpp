@@ -34,6 +34,7 @@ TEST(JSONLine, IsNoObjectWhenItIsCutOff)
     EXPECT_TRUE(JSONLine(whole).isObject());
     for (std::size_t length = 0; length < whole.size(); ++length)
         EXPECT_FALSE(JSONLine(std::string_view(whole).substr(0, length)).isObject()) << length;
+    EXPECT_FALSE(JSONLine(whole + "x").isObject()) << "two lines in one";
     EXPECT_FALSE(JSONLine("[1]").isObject());
     EXPECT_FALSE(JSONLine(R"({"a" 1})").isObject());
 }

@@ -13,6 +13,12 @@ void skipBlanks(std::string_view& rest)
     rest.remove_prefix(std::min(rest.find_first_not_of(" \t\r\n"), rest.size()));
 }
 
+bool isBlank(std::string_view rest)
+{
+    skipBlanks(rest);
+    return rest.empty();
+}
+
 bool take(std::string_view& rest, char expected)
 {
     skipBlanks(rest);
@@ -121,7 +127,7 @@ bool JSONLine::read(std::string_view rest)
     if (!take(rest, '{'))
         return false;
     if (take(rest, '}'))
-        return true;
+        return isBlank(rest);
     do {
         const auto name = takeValue(rest);
         if (!name || !name->starts_with('"') || !take(rest, ':'))
@@ -131,7 +137,7 @@ bool JSONLine::read(std::string_view rest)
             return false;
         m_members.push_back({ name->substr(1, name->size() - 2), *value });
     } while (take(rest, ','));
-    return take(rest, '}');
+    return take(rest, '}') && isBlank(rest);
 }
 
 std::optional<std::string_view> JSONLine::raw(std::string_view name) const
