@@ -116,6 +116,16 @@ TEST_F(Batch, FinishesRecordsWhenInterrupted)
     EXPECT_EQ(records(contentsOf(file)).size(), 402U);
 }
 
+TEST_F(Batch, EndsWhenInterruptedWhileItWaitsForNames)
+{
+    const std::string names = (out.path() / "names").string(); // A pipe that this shell keeps open.
+    const Outcome outcome = run("mkfifo " + names + "; exec 3<>" + names + "; echo " + book
+        + " >&3; " CADDIS_TOOL " batch --quiet --out " + file + " - <" + names + " & pid=$!; while ! [ -s "
+        + file + " ]; do sleep 0.01; done; kill -INT $pid; wait $pid");
+    EXPECT_EQ(outcome.status, 130) << outcome.output;
+    EXPECT_EQ(records(contentsOf(file)).size(), 1U);
+}
+
 TEST_F(Batch, TellsWrongUsage)
 {
     EXPECT_EQ(batch("").status, 2);

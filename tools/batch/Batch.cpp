@@ -71,7 +71,7 @@ bool runInputs(HelperPool& pool, const BatchOptions& options, Progress& progress
     const std::function<bool(const Input&)>& isWanted,
     const std::function<void(const Input&, const HelperRecord&)>& note)
 {
-    Inputs inputs(options.arguments, options.operation);
+    Inputs inputs(options.arguments, options.operation, InterruptGuard::wasInterrupted);
     RunningInputs running;
     std::jthread counter;
     if (progress.isShown() && !inputs.readsStandardInput())
@@ -108,7 +108,7 @@ InterruptGuard::InterruptGuard(HelperPool& pool)
     runningPool = &pool;
     struct sigaction action = {};
     action.sa_handler = interrupt;
-    action.sa_flags = static_cast<int>(SA_RESETHAND); // And not SA_RESTART: reading inputs ends too.
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
 }

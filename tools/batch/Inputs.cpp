@@ -6,7 +6,6 @@
 #include "platform/files/FileSystem.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <functional>
 
 namespace caddis::tool {
@@ -21,26 +20,12 @@ bool isFolderOfInputs(const fs::path& path)
     return fs::is_directory(path, error) && !FileSystem::isFilePackageAtPath(String::fromUtf8(path.string()));
 }
 
-// Standard input, without its end of line; nil at the end, and when a signal ends the wait.
-std::optional<std::string> lineOfStandardInput()
-{
-    char* text = nullptr;
-    std::size_t capacity = 0;
-    ssize_t length = getline(&text, &capacity, stdin);
-    while (length > 0 && (text[length - 1] == '\n' || text[length - 1] == '\r'))
-        --length;
-    std::optional<std::string> line;
-    if (length >= 0)
-        line.emplace(text, static_cast<std::size_t>(length));
-    std::free(text);
-    return line;
-}
-
 } // namespace
 
-Inputs::Inputs(std::vector<std::string> arguments, std::string operation)
+Inputs::Inputs(std::vector<std::string> arguments, std::string operation, const std::function<bool()>& stop)
     : m_arguments(std::move(arguments))
     , m_operation(std::move(operation))
+    , m_lines(stop)
 {
 }
 
@@ -88,7 +73,7 @@ std::optional<std::string> Inputs::nextInFolder()
 
 std::optional<Input> Inputs::nextLine()
 {
-    while (const auto text = lineOfStandardInput()) {
+    while (const auto text = m_lines.next()) {
         if (text->empty())
             continue;
         if (!text->starts_with('{'))
@@ -110,7 +95,7 @@ Input Inputs::inputOf(const std::string& path) const
 
 std::uint64_t Inputs::count(const std::vector<std::string>& arguments, const std::function<bool()>& stop)
 {
-    Inputs inputs(arguments, "");
+    Inputs inputs(arguments, "", stop);
     std::uint64_t count = 0;
     while (!stop() && inputs.next())
         ++count;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "LineReader.h"
 #include "platform/base/String.h"
 
 #include <cstdint>
@@ -24,7 +25,8 @@ struct Input {
 /// are not followed; a folder that people see as one document is one.
 class Inputs {
 public:
-    Inputs(std::vector<std::string> arguments, std::string operation);
+    /// Nothing more is read from standard input once `stop` says so.
+    Inputs(std::vector<std::string> arguments, std::string operation, const std::function<bool()>& stop);
 
     /// Nil at the end.
     std::optional<Input> next();
@@ -42,6 +44,7 @@ private:
     const std::string m_operation;
     std::size_t m_index = 0;
     std::filesystem::recursive_directory_iterator m_folder;
+    LineReader m_lines;
     bool m_isReading = false;
 };
 

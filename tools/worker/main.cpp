@@ -32,7 +32,7 @@ std::string jobOf(const Input& input)
 int enqueue(const BatchOptions& options)
 {
     JobQueue queue(options.server, options.queue);
-    Inputs inputs(options.arguments, options.operation);
+    Inputs inputs(options.arguments, options.operation, [] { return false; });
     std::uint64_t count = 0;
     for (; const auto input = inputs.next(); ++count) {
         String ignored;
