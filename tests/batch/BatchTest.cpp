@@ -68,6 +68,14 @@ TEST_F(Batch, WritesOneRecordForEachFile)
     EXPECT_EQ(batch(book).status, 0);
 }
 
+TEST_F(Batch, DoesNotReadWhatItWrites)
+{
+    EXPECT_EQ(batch("--op richtext --out " + folder + ' ' + folder).status, 1);
+    EXPECT_EQ(records(contentsOf(folder + "/records.jsonl")).size(), 14U);
+    batch("--op richtext --out " + folder + ' ' + folder);
+    EXPECT_EQ(records(contentsOf(folder + "/records.jsonl")).size(), 14U);
+}
+
 TEST_F(Batch, ReadsPathsAndJobsFromItsInput)
 {
     const Outcome outcome = run("printf '%s\\n' '" + book + "' '{\"file\": \"" + folder

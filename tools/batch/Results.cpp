@@ -1,6 +1,7 @@
 #include "Results.h"
 
 #include "JSONLine.h"
+#include "Places.h"
 #include "ValuePrinter.h"
 
 #include <algorithm>
@@ -135,6 +136,7 @@ bool Results::openFile(const std::string& path, bool resume)
     const int kept = resume ? 0 : O_TRUNC;
     m_file = Descriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | kept, NewFile));
     m_out = m_file.number();
+    m_path = absolutePath(path).utf8();
     return m_file.isOpen();
 }
 
@@ -172,6 +174,13 @@ void Results::keep(std::string_view text)
 bool Results::has(const Input& input) const
 {
     return !m_kept.empty() && m_kept.contains(keyOf(input.operation, input.file.utf8()));
+}
+
+bool Results::isOwn(const String& file) const
+{
+    const std::string path = file.utf8();
+    const auto folder = fs::path(m_path).parent_path() / "data" / "";
+    return !m_path.empty() && (path == m_path || (!m_folder.empty() && path.starts_with(folder.string())));
 }
 
 void Results::add(const Input& input, HelperRecord record)

@@ -32,6 +32,8 @@ public:
 
     /// Whether a record is there of this input, this very file, and this version of the software.
     bool has(const Input& input) const;
+    /// Whether the file is one that is written here: of a folder that holds the results too, they are no input.
+    bool isOwn(const String& file) const;
     /// Whether a later run can go on from here.
     bool isKept() const { return m_file.isOpen(); }
     std::size_t countOfKept() const { return m_kept.size(); }
@@ -51,6 +53,7 @@ private:
 
     const String m_version;
     std::string m_folder; // for data; empty: data stands in the records
+    std::string m_path; // of the records, absolute; empty: standard output
     Descriptor m_file;
     int m_out = 1;
     std::unordered_map<std::string, FileState> m_kept; // by operation and file

@@ -54,7 +54,8 @@ ExitCode runBatch(const BatchOptions& options)
     const InterruptGuard guard(*pool);
     Progress progress(!options.quiet);
     const bool hadHelpers = runInputs(
-        *pool, options, progress, [&](const Input& input) { return !results->has(input); },
+        *pool, options, progress,
+        [&](const Input& input) { return !results->has(input) && !results->isOwn(input.file); },
         [&](const Input& input, const HelperRecord& record) { results->add(input, record); });
     progress.end();
     if (!options.quiet)

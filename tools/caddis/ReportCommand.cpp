@@ -46,9 +46,11 @@ ExitCode report(const Invocation& invocation)
     auto options = readBatchOptions(invocation.arguments, mistake);
     if (!options)
         return complain(mistake);
-    std::error_code error;
-    if (options->arguments.size() != 1 || !std::filesystem::is_directory(options->arguments.front(), error))
+    if (options->arguments.size() != 1)
         return complain("it is about one folder");
+    std::error_code error;
+    if (!std::filesystem::is_directory(options->arguments.front(), error))
+        return complain(options->arguments.front() + ": there is no such folder");
     options->operation = "info+preview";
     return runReport(*options);
 }
