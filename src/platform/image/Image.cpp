@@ -34,20 +34,13 @@ std::vector<ImageRep> representationsOf(const ImageSource& source, const Data& d
     return reps;
 }
 
-// The library would search bytes of any kind for the objects of a document that has lost its head.
-bool hasPDFHeader(const Data& data)
-{
-    constexpr std::size_t LatestHeader = 1024;
-    return data.chars().substr(0, LatestHeader).find("%PDF") != std::string_view::npos;
-}
-
 std::vector<ImageRep> representationsOf(const Data& data)
 {
     if (auto eps = EPSImageRep::imageRepWithData(data))
         return { *std::move(eps) };
     if (const auto source = ImageSource::createWithData(data))
         return representationsOf(*source, data);
-    auto pdf = hasPDFHeader(data) ? PDFImageRep::imageRepWithData(data) : std::nullopt;
+    auto pdf = PDFImageRep::imageRepWithData(data);
     return pdf ? std::vector<ImageRep> { *std::move(pdf) } : std::vector<ImageRep>();
 }
 

@@ -5,8 +5,22 @@
 
 namespace caddis {
 
+namespace {
+
+// The header's place is the first kilobyte (PDF 32000-1, annex H.3). A reader that goes on without one
+// searches all of the data for a document, be it gigabytes of something else.
+bool hasHeader(const Data& data)
+{
+    constexpr std::size_t Searched = 1024;
+    return data.chars().substr(0, Searched).find("PDF-") != std::string_view::npos;
+}
+
+} // namespace
+
 std::optional<PDFDocument::Opened> PDFDocument::open(const Data& data)
 {
+    if (!hasHeader(data))
+        return std::nullopt;
     auto* const openDocument = pdf::module().entry<pdf::OpenDocument>("caddisOpenPDFDocument");
     std::shared_ptr<const pdf::Document> document(openDocument ? openDocument(data) : nullptr);
     if (!document)

@@ -15,8 +15,8 @@ class PDFDocument {
 public:
     using PageClass = std::unique_ptr<PDFPage>(std::shared_ptr<const pdf::Document>, std::size_t index);
 
-    /// Nil when the bytes can't be made sense of as a PDF. A document that wants a password is one, and
-    /// locked.
+    /// Nil when the bytes can't be made sense of as a PDF, or have no header in their first kilobyte. A
+    /// document that wants a password is one, and locked.
     static std::unique_ptr<PDFDocument> initWithData(const Data& data);
 
     PDFDocument(const PDFDocument&) = delete;

@@ -107,6 +107,7 @@ TEST(PDFDocument, DamageGivesWhatCanBeRead)
     EXPECT_EQ(text(tableless), "still here");
     EXPECT_EQ(text(bytes.substr(0, bytes.find("xref"))), "nil") << "no trailer";
     EXPECT_EQ(text("junk before\n" + bytes), "still here");
+    EXPECT_EQ(text(std::string(2000, ' ') + bytes), "nil") << "the header is not in the first kilobyte";
     EXPECT_EQ(text(bytes.substr(0, 60)), "nil");
     EXPECT_EQ(text(""), "nil");
     EXPECT_EQ(text("no PDF at all"), "nil");
