@@ -2,7 +2,7 @@
 // what it prints, the helper has found out, but for the commands in LibraryCommands.h.
 
 #include "BatchCommand.h"
-#include "Command.h"
+#include "CommandLine.h"
 #include "FeedCommands.h"
 #include "FileCommands.h"
 #include "HelperCommands.h"
@@ -21,8 +21,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
+#include <new>
 
 using namespace caddis;
 using namespace caddis::tool;
@@ -179,122 +178,6 @@ constexpr Command table[] = {
         terminate },
 };
 
-constexpr char Options[] = "  --json       print JSON, one line per result\n"
-                           "  -o FILE      write data to FILE\n"
-                           "  --items      of a feed: print its items, one line of JSON each\n"
-                           "  --source     of a web archive: print its page's markup\n"
-                           "  --base URL   of a page: what its references are relative to\n"
-                           "  --charset NAME  of a page: its encoding, whatever it says itself\n"
-                           "  --allow-remote  of a page: load what it refers to from anywhere\n"
-                           "  --url URL    of a feed: where it comes from, to resolve its links\n"
-                           "  --icon       of a preview: the icon of a file that can't be shown\n"
-                           "  --size N     of a page or a picture: its longer side in pixels\n"
-                           "  --source TEXT  of a script: its source, instead of FILE\n"
-                           "  --keep       leave a helper that had to be launched running\n"
-                           "  --help       this; after a command, that command\n";
-
-void printUsage(std::FILE* out)
-{
-    std::fputs("caddis COMMAND [OPTIONS] [ARGUMENTS]\n\n", out);
-    for (const Command& command : table)
-        std::fprintf(out, "  %-12s %-6s %s\n", command.name, command.arguments, command.summary);
-    std::fprintf(
-        out, "\n%s\nExit status: 0 done, 1 nothing found, 2 wrong usage, 3 the helper failed.\n", Options);
-}
-
-void printUsage(std::FILE* out, const Command& command)
-{
-    std::fprintf(out, "caddis %s [OPTIONS] %s\n  %s\n\n%s\n%s", command.name, command.arguments,
-        command.summary, command.example, command.options ? command.options : Options);
-}
-
-const Command* commandNamed(std::string_view name)
-{
-    const auto* const found = std::ranges::find(table, name, &Command::name);
-    return found == std::end(table) ? nullptr : found;
-}
-
-struct CommandLine {
-    const Command* command = nullptr;
-    bool help = false;
-    bool keep = false;
-    std::optional<std::string> mistake;
-    Invocation invocation;
-
-    bool isScript() const { return command && command->run == script; }
-
-    void readSize(const std::string& word)
-    {
-        const long size = std::strtol(word.c_str(), nullptr, 10);
-        if (size > 0 && size <= 10'000)
-            invocation.size = static_cast<std::uint32_t>(size);
-        else
-            mistake = "a size is a number of pixels from 1 to 10000";
-    }
-};
-
-CommandLine parse(std::span<char*> words)
-{
-    CommandLine line;
-    bool optionsEnded = false;
-    for (std::size_t index = 0; index < words.size() && !line.mistake; ++index) {
-        const std::string word = words[index];
-        if ((word == "--help" || word == "-h") && !optionsEnded)
-            line.help = true;
-        else if (line.command && line.command->options)
-            line.invocation.arguments.push_back(word); // It reads its options itself.
-        else if (optionsEnded || word == "-" || !word.starts_with('-')) {
-            if (line.command)
-                line.invocation.arguments.push_back(word);
-            else if (!(line.command = commandNamed(word)))
-                line.mistake = "there is no command " + word;
-        } else if (word == "--")
-            optionsEnded = true;
-        else if (word == "--json")
-            line.invocation.json = true;
-        else if (word == "--keep")
-            line.keep = true;
-        else if (word == "--icon")
-            line.invocation.icon = true;
-        else if (word == "--items")
-            line.invocation.items = true;
-        else if (word == "--source" && line.isScript() && index + 1 < words.size())
-            line.invocation.scriptSource = words[++index];
-        else if (word == "--source" && !line.isScript())
-            line.invocation.source = true;
-        else if (word == "-o" && index + 1 < words.size())
-            line.invocation.output = words[++index];
-        else if (word == "--size" && index + 1 < words.size())
-            line.readSize(words[++index]);
-        else if (word == "--allow-remote")
-            line.invocation.allowRemote = true;
-        else if (word == "--base" && index + 1 < words.size())
-            line.invocation.base = words[++index];
-        else if (word == "--charset" && index + 1 < words.size())
-            line.invocation.charset = words[++index];
-        else if (word == "--url" && index + 1 < words.size())
-            line.invocation.url = words[++index];
-        else
-            line.mistake = "there is no option " + word;
-    }
-    if (!line.help && !line.mistake && line.command
-        && line.invocation.arguments.size() < line.command->leastArguments)
-        line.mistake = "an argument is missing";
-    return line;
-}
-
-ExitCode complain(const CommandLine& line)
-{
-    if (line.mistake)
-        std::fprintf(stderr, "caddis: %s\n\n", line.mistake->c_str());
-    std::FILE* out = line.help && !line.mistake ? stdout : stderr;
-    if (line.command)
-        printUsage(out, *line.command);
-    else
-        printUsage(out);
-    return line.help && !line.mistake ? Success : Usage;
-}
-
 ExitCode run(CommandLine& line)
 {
     auto helper = HelperTask::initWithPath(helperPath(), String(HelperServiceName), &OstraImExport,
@@ -317,6 +200,8 @@ ExitCode run(CommandLine& line)
         std::fputs("caddis: no helper could be launched\n", stderr);
     } catch (const Exception& exception) {
         std::fprintf(stderr, "caddis: the helper failed: %s\n", exception.what());
+    } catch (const std::bad_alloc&) {
+        std::fputs("caddis: there is not enough memory\n", stderr);
     }
     for (const String& what : connection ? connection->takeLeftOut() : std::vector<String>())
         std::fprintf(stderr, "caddis: left out: %s\n", what.utf8().c_str());
@@ -329,8 +214,9 @@ ExitCode run(CommandLine& line)
 
 int main(int argumentCount, char** arguments)
 {
-    CommandLine line = parse({ arguments + 1, static_cast<std::size_t>(std::max(argumentCount - 1, 0)) });
+    CommandLine line
+        = parse({ arguments + 1, static_cast<std::size_t>(std::max(argumentCount - 1, 0)) }, table);
     if (line.mistake || line.help || !line.command)
-        return complain(line);
+        return complain(line, table);
     return run(line);
 }
