@@ -1,5 +1,6 @@
 #include "epub/ZipArchive.h"
 
+#include "platform/base/Ascii.h"
 #include "platform/base/LeftOut.h"
 #include "platform/base/Log.h"
 #include "platform/files/FileSystem.h"
@@ -14,8 +15,7 @@ namespace {
 // Letters of ASCII alone: a name in another script is found only as it is written.
 std::string withoutCase(std::string name)
 {
-    std::ranges::transform(name, name.begin(),
-        [](char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | 0x20) : byte; });
+    std::ranges::transform(name, name.begin(), [](char byte) { return lowercaseAscii(byte); });
     return name;
 }
 

@@ -1,5 +1,6 @@
 #include "foundation/DataURL.h"
 
+#include "platform/base/Ascii.h"
 #include "platform/base/Base64.h"
 #include "platform/base/HexDigit.h"
 #include "text/StringUtilities.h"
@@ -39,11 +40,8 @@ std::optional<DataURLContents> contentsOfDataURL(const URL& url)
         head.remove_suffix(Base64.size());
     DataURLContents contents;
     const std::size_t parameters = std::min(head.find(u';'), head.size());
-    std::u16string type(head.substr(0, parameters));
-    std::ranges::transform(type, type.begin(), [](char16_t unit) {
-        return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit | 0x20) : unit;
-    });
-    contents.mimeType = type.empty() ? u"text/plain"_s : String(type);
+    const String type(head.substr(0, parameters));
+    contents.mimeType = type.isEmpty() ? u"text/plain"_s : lowercaseAscii(type);
     const std::size_t charset = head.find(Charset);
     if (charset != head.npos) {
         const std::u16string_view name = head.substr(charset + Charset.size());

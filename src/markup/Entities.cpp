@@ -1,6 +1,7 @@
 #include "markup/Entities.h"
 
 #include "markup/EntityTable.h"
+#include "platform/base/Ascii.h"
 #include "platform/base/HexDigit.h"
 #include "platform/base/UnitBuffer.h"
 #include "platform/base/UnitSearch.h"
@@ -41,13 +42,7 @@ Reference withSemicolon(std::u16string_view text, Reference reference)
     return reference;
 }
 
-bool isAsciiLetter(char16_t unit)
-{
-    const auto lower = static_cast<char16_t>(unit | 0x20);
-    return lower >= u'a' && lower <= u'z';
-}
-
-bool isAsciiAlphanumeric(char16_t unit) { return (unit >= u'0' && unit <= u'9') || isAsciiLetter(unit); }
+bool isAsciiAlphanumeric(char16_t unit) { return isAsciiDigit(unit) || isAsciiLetter(unit); }
 
 // "&#65;" and "&#x41;". Surrogates are taken as units, so that a pair written as two numbers joins again.
 Reference numericReference(std::u16string_view text)

@@ -4,6 +4,7 @@
 
 #include "text/DateReader.h"
 
+#include "platform/base/Ascii.h"
 #include "platform/base/Log.h"
 #include "platform/base/MutableString.h"
 #include "platform/base/UnitBuffer.h"
@@ -26,8 +27,6 @@ using Text = std::u16string_view;
 constexpr Text RFC1123 = u"%a, %d %b %Y %H:%M:%S %Z";
 constexpr Text RFC850 = u"%A, %d-%b-%y %H:%M:%S %Z";
 constexpr Text Asctime = u"%a %b %d %H:%M:%S %Y";
-
-constexpr bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
 // What a unit adds to four counters of 15 bits, dots lowest, then colons, dashes and slashes. The highest bit
 // marks a unit before which the date ends.
@@ -102,7 +101,7 @@ Text finalFormat(const MeasuredText& measured)
 {
     const auto& [text, dots, colons, dashes, slashes] = measured;
     const std::size_t length = text.size();
-    if (length == 8 && measured.hasNoSeparators() && std::ranges::all_of(text, isDigit)) {
+    if (length == 8 && measured.hasNoSeparators() && std::ranges::all_of(text, isAsciiDigit)) {
         if (text[0] == u'2')
             return u"%Y%m%d";
         if (text[4] == u'2')
@@ -245,7 +244,7 @@ std::optional<Date> dateByLanguage(const MeasuredText& measured)
 {
     const char16_t dash = measured.dashes == 2 ? u'/' : u'-';
     // Gives the natural-language reader a day and a month to work with.
-    const Text ending = isDigit(measured.text.back()) ? Text() : Text(u" 1 1");
+    const Text ending = isAsciiDigit(measured.text.back()) ? Text() : Text(u" 1 1");
     return dateWithNaturalLanguageString(ReplacedText(measured.text, u'-', dash, ending).view());
 }
 

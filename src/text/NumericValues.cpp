@@ -1,5 +1,6 @@
 #include "text/NumericValues.h"
 
+#include "platform/base/Ascii.h"
 #include "text/StringUtilities.h"
 
 #include <clocale>
@@ -11,8 +12,6 @@ namespace caddis {
 inline namespace NSStringOstraExtensions {
 
 namespace {
-
-constexpr bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
 // What follows the white space and the sign.
 struct Signed {
@@ -35,7 +34,7 @@ template <typename Integer> Integer clampedInteger(std::u16string_view text)
     const Signed number = skipSign(text);
     Integer value = 0;
     for (const char16_t unit : number.rest) {
-        if (!isDigit(unit))
+        if (!isAsciiDigit(unit))
             break;
         const auto digit = static_cast<Integer>(number.negative ? u'0' - unit : unit - u'0');
         if (__builtin_mul_overflow(value, 10, &value) || __builtin_add_overflow(value, digit, &value))
@@ -63,7 +62,7 @@ double doubleValue(std::u16string_view text)
     static const locale_t classic = newlocale(LC_ALL_MASK, "C", nullptr);
     std::string number;
     for (const char16_t unit : trimmingWhiteSpaces(text)) {
-        if (!isDigit(unit) && std::u16string_view(u"+-.eE").find(unit) == std::u16string_view::npos)
+        if (!isAsciiDigit(unit) && std::u16string_view(u"+-.eE").find(unit) == std::u16string_view::npos)
             break;
         number += static_cast<char>(unit);
     }

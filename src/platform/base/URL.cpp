@@ -1,5 +1,6 @@
 #include "platform/base/URL.h"
 
+#include "platform/base/Ascii.h"
 #include "platform/base/HexDigit.h"
 #include "platform/base/MutableString.h"
 
@@ -9,19 +10,15 @@ namespace caddis {
 
 namespace {
 
-constexpr bool isAsciiAlpha(char16_t unit) { return (unit | 0x20) >= u'a' && (unit | 0x20) <= u'z'; }
-
-constexpr bool isAsciiDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
-
 constexpr bool isSchemeUnit(char16_t unit)
 {
-    return isAsciiAlpha(unit) || isAsciiDigit(unit) || unit == u'+' || unit == u'-' || unit == u'.';
+    return isAsciiLetter(unit) || isAsciiDigit(unit) || unit == u'+' || unit == u'-' || unit == u'.';
 }
 
 // RFC 3986's characters of a path segment, and the "/" between segments.
 constexpr bool isPathCharacter(unsigned char byte)
 {
-    return isAsciiAlpha(byte) || isAsciiDigit(byte)
+    return isAsciiLetter(byte) || isAsciiDigit(byte)
         || std::u16string_view(u"/-._~!$&'()*+,;=:@").find(byte) != std::u16string_view::npos;
 }
 
@@ -31,7 +28,7 @@ std::optional<URL> URL::fromString(const String& text)
 {
     const auto units = text.view();
     const std::size_t colon = units.find(u':');
-    if (colon == 0 || colon == units.npos || !isAsciiAlpha(units[0]))
+    if (colon == 0 || colon == units.npos || !isAsciiLetter(units[0]))
         return std::nullopt;
     if (!std::ranges::all_of(units.substr(0, colon), isSchemeUnit))
         return std::nullopt;

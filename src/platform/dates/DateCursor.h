@@ -1,12 +1,12 @@
 #pragma once
 
+#include "platform/base/Ascii.h"
+
 #include <optional>
 #include <string_view>
 
 namespace caddis {
 
-constexpr bool isAsciiDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
-constexpr bool isAsciiLetter(char16_t unit) { return (unit | 32) >= u'a' && (unit | 32) <= u'z'; }
 constexpr bool isBlank(char16_t unit)
 {
     return unit == u' ' || (unit >= u'\t' && unit <= u'\r') || unit == 0xA0 || unit == 0x3000;

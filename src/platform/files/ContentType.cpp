@@ -1,5 +1,6 @@
 #include "platform/files/ContentType.h"
 
+#include "platform/base/Ascii.h"
 #include "platform/base/MutableString.h"
 #include "platform/base/Paths.h"
 #include "platform/files/FileSystem.h"
@@ -82,14 +83,6 @@ std::optional<String> find(const Index& index, Words words, const String& key)
     const std::lock_guard lock(declared.mutex);
     const auto found = (declared.*words).find(key);
     return found == (declared.*words).end() ? std::nullopt : std::optional(found->second);
-}
-
-String lowercaseAscii(const String& text)
-{
-    MutableString result(text.length());
-    for (const char16_t unit : text)
-        result.append(unit >= u'A' && unit <= u'Z' ? char16_t(unit + 32) : unit);
-    return std::move(result).take();
 }
 
 // What the shared MIME database knows of an extension that the table does not have.

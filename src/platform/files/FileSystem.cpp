@@ -1,5 +1,6 @@
 #include "platform/files/FileSystem.h"
 
+#include "platform/base/Ascii.h"
 #include "platform/base/Paths.h"
 
 #include <algorithm>
@@ -99,14 +100,6 @@ bool copyTree(const fs::path& from, const fs::path& to)
             return false;
     }
     return !error;
-}
-
-String lowercaseAscii(const String& text)
-{
-    std::string bytes = text.utf8();
-    std::ranges::transform(bytes, bytes.begin(),
-        [](char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | 0x20) : byte; });
-    return String::fromUtf8(bytes);
 }
 
 } // namespace

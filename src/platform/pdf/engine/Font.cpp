@@ -1,5 +1,7 @@
 #include "platform/pdf/engine/Font.h"
 
+#include "platform/base/Ascii.h"
+
 #include <GlobalParams.h>
 
 #include <algorithm>
@@ -53,8 +55,7 @@ constexpr std::string_view italicNames[] = { "italic", "oblique", "slanted", "ku
 
 bool hasOneOf(std::string name, std::span<const std::string_view> words)
 {
-    std::ranges::transform(
-        name, name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    std::ranges::transform(name, name.begin(), [](char byte) { return lowercaseAscii(byte); });
     return std::ranges::any_of(words, [&](std::string_view word) { return name.find(word) != name.npos; });
 }
 
