@@ -7,6 +7,9 @@
 /// Where importers are found, by logical paths (InstallRoots.h).
 namespace caddis {
 
+/// The type of plug-in that importers are.
+inline constexpr std::u16string_view ImporterType = u"8B08C4BF-415B-11D8-B3F9-0003936726FC";
+
 /// The importers in a folder by name, without those that register themselves dynamically.
 std::vector<String> importersInFolder(const String& folder);
 

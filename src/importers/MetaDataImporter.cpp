@@ -3,90 +3,24 @@
 #include "epub/EPUBParser.h"
 #include "importers/DocumentKinds.h"
 #include "importers/ImporterDiscovery.h"
-#include "importers/TypeDeclarations.h"
+#include "platform/base/Ascii.h"
 #include "platform/base/Log.h"
 #include "platform/base/Paths.h"
 #include "platform/files/ContentType.h"
 #include "platform/files/FileSystem.h"
 #include "platform/plugin/ImporterValues.h"
 #include "platform/plugin/PlugIn.h"
-#include "text/FastComparison.h"
 #include "text/StringUtilities.h"
 
 #include <algorithm>
-#include <mutex>
 
 namespace caddis {
 
 namespace {
 
-const String& importerType()
-{
-    static const String type = u"8B08C4BF-415B-11D8-B3F9-0003936726FC"_s;
-    return type;
-}
-
-constexpr std::u16string_view DynamicHelpType = u"dyn.ah62d4rv4ge80g4dr";
-constexpr std::u16string_view HelpType = u"com.microsoft.chm-archive";
-
-String lowercase(const String& text)
-{
-    std::u16string result(text.view());
-    for (char16_t& unit : result) {
-        if (unit >= u'A' && unit <= u'Z')
-            unit = char16_t(unit + 32);
-    }
-    return String(result);
-}
-
-bool isNeverUsed(const String& path)
-{
-    const String name = lastPathComponent(path);
-    return name == u"TagsMail.mdimporter" || name == u"_TagsMail.mdimporter";
-}
-
 bool contains(const std::vector<String>* list, const String& text)
 {
     return list && std::find(list->begin(), list->end(), text) != list->end();
-}
-
-const Array* arrayIn(const Dictionary& dictionary, std::u16string_view key)
-{
-    const Value* value = dictionary.find(key);
-    return value ? value->as<Array>() : nullptr;
-}
-
-const Dictionary* dictionaryIn(const Dictionary& dictionary, std::u16string_view key)
-{
-    const Value* value = dictionary.find(key);
-    return value ? value->as<Dictionary>() : nullptr;
-}
-
-void addContentTypes(const Dictionary& documentType, std::vector<String>& types)
-{
-    for (const Value& item : *arrayIn(documentType, u"LSItemContentTypes")) {
-        if (const auto* type = item.as<String>())
-            types.push_back(*type == DynamicHelpType ? String(HelpType) : lowercase(*type));
-    }
-}
-
-void addExtensions(const Dictionary& declaration, std::vector<String>& extensions)
-{
-    const auto* tags = dictionaryIn(declaration, u"UTTypeTagSpecification");
-    const auto* listed = tags ? arrayIn(*tags, u"public.filename-extension") : nullptr;
-    if (!listed)
-        return;
-    for (const Value& item : *listed) {
-        const auto* extension = item.as<String>();
-        if (extension && !isWhiteString(*extension))
-            extensions.push_back(lowercase(*extension));
-    }
-}
-
-const std::vector<String>* entryOf(const std::map<String, std::vector<String>>& table, const String& path)
-{
-    const auto found = table.find(path);
-    return found == table.end() ? nullptr : &found->second;
 }
 
 CaddisImporter** interfaceOf(CaddisUnknown** object, CaddisUUID identifier)
@@ -148,81 +82,6 @@ MetaDataImporter& MetaDataImporter::sharedImporter()
     return instance;
 }
 
-const std::vector<String>* MetaDataImporter::contentTypesForMDImporter(const String& path) const
-{
-    return entryOf(m_contentTypes, path);
-}
-
-const std::vector<String>* MetaDataImporter::extensionsForMDImporter(const String& path) const
-{
-    return entryOf(m_extensions, path);
-}
-
-const std::vector<String>* MetaDataImporter::factoriesForMDImporter(const String& path) const
-{
-    return m_factories ? entryOf(*m_factories, path) : nullptr;
-}
-
-void MetaDataImporter::loadMDImporters()
-{
-    static std::once_flag once;
-    std::call_once(once, [this] {
-        m_importers = discoveredImporters();
-        for (const String& path : m_importers) {
-            const auto bundle = Bundle::bundleWithPath(path);
-            if (bundle && bundle->preflight() == Preflight::Passed)
-                addBundleToMDImporters(*bundle, path);
-        }
-    });
-}
-
-void MetaDataImporter::loadExtractorPlugins()
-{
-    static std::once_flag once;
-    std::call_once(once, [this] {
-        m_contentTypes.clear();
-        m_extensions.clear();
-        m_factories.emplace();
-        for (const String& path : importersInAllFolders()) {
-            const auto bundle = Bundle::bundleWithPath(path);
-            if (!bundle || bundle->preflight() != Preflight::Passed)
-                continue;
-            PlugIn::create(path);
-            addBundleToMDImporters(*bundle, path);
-        }
-        m_allFactories = PlugIn::allFactoriesForType(importerType());
-    });
-}
-
-void MetaDataImporter::addBundleToMDImporters(const Bundle& bundle, const String& path)
-{
-    if (isNeverUsed(path)) {
-        log(u"Skipped: %@", path);
-        return;
-    }
-    const Dictionary& info = bundle.infoDictionary();
-    declareContentTypes(info);
-    if (const auto* documentTypes = arrayIn(info, u"CFBundleDocumentTypes")) {
-        for (const Value& item : *documentTypes) {
-            const auto* type = item.as<Dictionary>();
-            if (type && type->stringForKey(u"CFBundleTypeRole") == u"MDImporter"_s
-                && arrayIn(*type, u"LSItemContentTypes"))
-                addContentTypes(*type, m_contentTypes[path]);
-        }
-    }
-    if (const auto* declarations = arrayIn(info, u"UTExportedTypeDeclarations")) {
-        auto& extensions = m_extensions[path];
-        for (const Value& item : *declarations) {
-            if (const auto* declaration = item.as<Dictionary>())
-                addExtensions(*declaration, extensions);
-        }
-    }
-    if (m_factories && dictionaryIn(info, u"CFPlugInFactories")) {
-        for (const String& factory : bundle.keysOf(u"CFPlugInFactories"))
-            (*m_factories)[path].push_back(factory);
-    }
-}
-
 bool MetaDataImporter::matches(
     const String& importer, const String& contentType, const String& extension) const
 {
@@ -245,7 +104,7 @@ MetaDataImporter::Outcome MetaDataImporter::run(const String& importer, const St
         return Outcome::PassedOver;
     bool hasFailed = false;
     bool hasSucceeded = false;
-    for (const String& factory : plugIn->factoriesForType(importerType())) {
+    for (const String& factory : plugIn->factoriesForType(String(ImporterType))) {
         const Instance instance = instanceOf(*plugIn, factory, importer);
         if (!instance.importer) {
             log(u"%@: No kMDImporter(URL)Interface %@", importer, factory);
@@ -271,8 +130,8 @@ bool MetaDataImporter::getMetaData(std::optional<Dictionary>* attributes, const 
         return false;
     loadMDImporters(); // Their declarations may say more of the type.
     const auto type = contentTypeOfItem(path);
-    const String contentType = lowercase(type.value_or(String()));
-    const String extension = lowercase(pathExtension(path));
+    const String contentType = lowercaseAscii(type.value_or(String()));
+    const String extension = lowercaseAscii(pathExtension(path));
     const std::vector<String> order = m_importers; // Importers may be dropped on the way.
     for (const String& importer : order) {
         if (!matches(importer, contentType, extension))
@@ -318,25 +177,10 @@ std::optional<String> MetaDataImporter::importerOfFileAtPath(const String& path)
     loadMDImporters();
     const auto type = contentTypeOfItem(path);
     for (const String& importer : m_importers) {
-        if (type && matches(importer, lowercase(*type), lowercase(pathExtension(path))))
+        if (type && matches(importer, lowercaseAscii(*type), lowercaseAscii(pathExtension(path))))
             return importer;
     }
     return std::nullopt;
-}
-
-std::vector<MetaDataImporter::Record> MetaDataImporter::records()
-{
-    loadMDImporters();
-    std::vector<Record> result;
-    for (const String& path : m_importers) {
-        const auto bundle = Bundle::bundleWithPath(path);
-        const auto listOf
-            = [](const std::vector<String>* list) { return list ? *list : std::vector<String>(); };
-        result.push_back(
-            { path, listOf(contentTypesForMDImporter(path)), listOf(extensionsForMDImporter(path)),
-                bundle ? bundle->preflight() : Preflight::NoSuchFile, isNeverUsed(path) });
-    }
-    return result;
 }
 
 } // namespace caddis
