@@ -32,7 +32,8 @@ public:
 
     /// Whether a record is there of this input, this very file, and this version of the software.
     bool has(const Input& input) const;
-    /// Whether the file is one that is written here: of a folder that holds the results too, they are no input.
+    /// Whether the file is one that is written here: of a folder that holds the results too, they are no
+    /// input.
     bool isOwn(const String& file) const;
     /// Whether a later run can go on from here.
     bool isKept() const { return m_file.isOpen(); }
