@@ -1,5 +1,6 @@
 #include "platform/movie/engine/FrameConversion.h"
 
+#include <bit>
 #include <cmath>
 #include <cstdlib>
 
@@ -13,6 +14,9 @@ constexpr int FirstHighDefinitionHeight = 720;
 constexpr std::size_t BytesPerPixel = 4;
 constexpr std::size_t Overrun = 64; // The converters write whole vectors.
 
+// Decoders store the numbers of damaged files in fields of enumerations, which know fewer.
+template <typename Enumeration> int numberIn(const Enumeration& field) { return std::bit_cast<int>(field); }
+
 bool isFullRange(const AVFrame& frame)
 {
     switch (frame.format) {
@@ -23,14 +27,15 @@ bool isFullRange(const AVFrame& frame)
     case AV_PIX_FMT_YUVJ444P:
         return true;
     default:
-        return frame.color_range == AVCOL_RANGE_JPEG;
+        return numberIn(frame.color_range) == AVCOL_RANGE_JPEG;
     }
 }
 
 int colorspaceOf(const AVFrame& frame)
 {
-    if (frame.colorspace != AVCOL_SPC_UNSPECIFIED && frame.colorspace != AVCOL_SPC_RGB)
-        return frame.colorspace;
+    const int stated = numberIn(frame.colorspace);
+    if (stated != AVCOL_SPC_UNSPECIFIED && stated != AVCOL_SPC_RGB)
+        return stated;
     return frame.height >= FirstHighDefinitionHeight ? SWS_CS_ITU709 : SWS_CS_ITU601;
 }
 
