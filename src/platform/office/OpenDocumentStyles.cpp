@@ -205,11 +205,16 @@ void OpenDocumentReader::cellProperties(const XMLAttributes& attributes)
 
 void OpenDocumentReader::startListStyle(const XMLAttributes& attributes)
 {
+    m_level = nullptr; // A style that is defined again loses its levels.
     if (const auto name = attributes.value("style:name"))
         m_listLevels = &m_numbering.define(*name);
 }
 
-void OpenDocumentReader::endListStyle() { m_listLevels = nullptr; }
+void OpenDocumentReader::endListStyle()
+{
+    m_listLevels = nullptr;
+    m_level = nullptr;
+}
 
 void OpenDocumentReader::startLevel(const XMLAttributes& attributes)
 {

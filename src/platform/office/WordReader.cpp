@@ -200,8 +200,11 @@ void WordReader::endBody()
         endParagraph();
 }
 
+// Only damaged documents have one among properties, which end there.
 void WordReader::startParagraph(const XMLAttributes&)
 {
+    m_letters = nullptr;
+    m_paragraph = nullptr;
     m_paragraphs.emplace_back();
     m_runs.emplace_back();
     m_runStyles.emplace_back();
@@ -219,6 +222,8 @@ void WordReader::endParagraph()
         m_runStyles.back() = {};
         m_text.endParagraph(paragraphStyle(), runStyle());
     }
+    m_letters = nullptr;
+    m_paragraph = nullptr;
     m_paragraphs.pop_back();
     m_runs.pop_back();
     m_runStyles.pop_back();

@@ -127,6 +127,7 @@ private:
     void startDefaults(const XMLAttributes&);
     void endDefaults();
     void startList(const XMLAttributes& attributes);
+    void openList(ListLevels* list);
     void startListLevel(const XMLAttributes& attributes);
     void endListLevel();
     void levelStart(const XMLAttributes& attributes);

@@ -58,6 +58,14 @@ void WordReader::startDefaults(const XMLAttributes&) { m_style = &m_styles.defau
 
 void WordReader::endDefaults() { m_style = nullptr; }
 
+// Redefined lists are gone, and what was open in them.
+void WordReader::openList(ListLevels* list)
+{
+    m_list = list;
+    m_level = nullptr;
+    m_paragraph = nullptr;
+}
+
 // A list's own id and the id of what uses it are counted apart.
 void WordReader::startList(const XMLAttributes& attributes)
 {
@@ -65,7 +73,7 @@ void WordReader::startList(const XMLAttributes& attributes)
     if (!identifier)
         identifier = attributes.value("w:listDefId");
     if (identifier)
-        m_list = &m_numbering.define(String(u"definition " + std::u16string(identifier->view())));
+        openList(&m_numbering.define(String(u"definition " + std::u16string(identifier->view()))));
 }
 
 void WordReader::startListLevel(const XMLAttributes& attributes)
@@ -117,14 +125,16 @@ void WordReader::startNumber(const XMLAttributes& attributes)
 void WordReader::endNumber()
 {
     m_isInNumber = false;
-    m_list = nullptr;
+    openList(nullptr);
 }
 
 void WordReader::numberOf(const XMLAttributes& attributes)
 {
     const auto definition = attributes.value("w:val");
-    if (m_isInNumber && definition)
-        m_numbering.alias(m_number, String(u"definition " + std::u16string(definition->view())));
+    if (!m_isInNumber || !definition)
+        return;
+    openList(nullptr);
+    m_numbering.alias(m_number, String(u"definition " + std::u16string(definition->view())));
 }
 
 // Levels that are overridden make a list that counts on its own.
@@ -132,7 +142,7 @@ void WordReader::startLevelOverride(const XMLAttributes& attributes)
 {
     if (!m_isInNumber || !m_numbering.has(m_number))
         return;
-    m_list = &m_numbering.separate(m_number);
+    openList(&m_numbering.separate(m_number));
     startListLevel(attributes);
 }
 

@@ -141,6 +141,17 @@ TEST(OpenDocument, EndsWhatIsOpenWhereTheMarkupBreaksOff)
     EXPECT_EQ(traceOf(*text), "[cell 0,0] {}cell{super}1\n{super}1{} note\n");
 }
 
+TEST(OpenDocument, AListStyleInsideAnotherEndsItsLevels)
+{
+    EXPECT_EQ(
+        trace("<text:list-style style:name=\"L\"><text:list-level-style-number text:level=\"2\">"
+              "<text:list-style style:name=\"L\"/><text:list-level-style-number style:num-format=\"1\"/>"
+              "<style:list-level-properties text:space-before=\"1in\"/>"
+              "</text:list-level-style-number></text:list-style>",
+            "<text:p>text</text:p>"),
+        "{}text\n");
+}
+
 TEST(OpenDocument, SheetsAreNoText)
 {
     EXPECT_FALSE(attributedStringWithOfficeXML(

@@ -256,6 +256,19 @@ TEST(WordDocument, EndsWhatIsOpenWhereTheMarkupBreaksOff)
     EXPECT_EQ(text->tables().size(), 2U);
 }
 
+TEST(WordDocument, WhatIsReplacedWhileItIsOpenIsLeft)
+{
+    const auto text = attributedStringWithOfficeXML(Data::copyOf(
+        "<w:wordDocument><w:lists><w:listDef w:listDefId='1'><w:lvl w:ilvl='0'><w:pPr><w:listDef "
+        "w:listDefId='1'/>"
+        "<w:ind w:left='720'/><w:jc w:val='center'/></w:pPr><w:start "
+        "w:val='3'/></w:lvl></w:listDef></w:lists>"
+        "<w:body><w:p><w:pPr><w:p/><w:p/><w:p/><w:jc w:val='center'/><w:ilvl w:val='1'/></w:pPr>"
+        "<w:r><w:rPr><w:p/><w:p/><w:b/></w:rPr><w:t>text</w:t></w:r></w:p></w:body></w:wordDocument>"));
+    ASSERT_TRUE(text);
+    EXPECT_EQ(text->string(), u"\n\n\n\n\ntext\n");
+}
+
 TEST(WordDocument, BombsStayBounded)
 {
     Docx docx;

@@ -86,7 +86,7 @@ private:
     {
         const std::uint8_t* row = m_row.data();
         if (m_head.bits == 16) {
-            const std::uint32_t word = row[x * 2] << 8U | row[x * 2 + 1];
+            const auto word = static_cast<std::uint32_t>(row[x * 2] << 8 | row[x * 2 + 1]);
             return colourOf(of5Bits(word >> 10), of5Bits(word >> 5), of5Bits(word));
         }
         if (m_head.bits == 32 && m_packing == Components) { // First all reds, maybe behind all alphas.
