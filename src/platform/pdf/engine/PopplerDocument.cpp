@@ -168,7 +168,8 @@ Rect PopplerDocument::bounds(std::size_t page, PDFDisplayBox box) const
 int PopplerDocument::rotation(std::size_t page) const
 {
     Page* const source = pageAt(page);
-    return source ? ((source->getRotate() % 360) + 360) % 360 : 0;
+    const int degrees = source ? ((source->getRotate() % 360) + 360) % 360 : 0;
+    return degrees % 90 == 0 ? degrees : 0; // As pages are drawn, too.
 }
 
 std::shared_ptr<const Source> PopplerDocument::source() const
