@@ -116,6 +116,22 @@ TEST(HostilePictures, AnSVGSeesNothingButItself)
         MostGrowth);
 }
 
+TEST(HostilePictures, AnSVGHasAsManyElementsAsItShows)
+{
+    const std::string head = "<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'>";
+    std::string elements;
+    for (int count = 0; count < 1000; ++count)
+        elements += "<g/>";
+    EXPECT_TRUE(sourceOf(head + elements + "</svg>"));
+    EXPECT_TRUE(sourceOf("<!DOCTYPE svg [<!ENTITY ns 'http://www.w3.org/2000/svg'>]>" + head + "</svg>"));
+    std::string many;
+    for (int count = 0; count < 400; ++count)
+        many += elements;
+    EXPECT_FALSE(sourceOf(head + many + "</svg>"));
+    EXPECT_FALSE(sourceOf("<!DOCTYPE svg [<!ENTITY e \"" + elements + "\">]>" + head + "&e;</svg>"));
+    EXPECT_FALSE(sourceOf("<!DOCTYPE svg [<!ENTITY e '&#60;g/>'>]>" + head + "&e;</svg>"));
+}
+
 TEST(HostilePictures, SizesThatAreOnlyClaimedCostNothing)
 {
     const std::uint32_t side = 65'535;

@@ -15,11 +15,42 @@ namespace {
 constexpr double UsualWidth = 300;
 constexpr double UsualHeight = 150;
 constexpr double LongestSide = 20'000;
+// The library keeps more than a kilobyte for each element.
+constexpr std::ptrdiff_t MostTags = 300'000;
+
+// Whether an entity stands for text without elements and other entities. What is behind "<!ENTITY" is given.
+bool isPlain(std::string_view declaration)
+{
+    char quote = 0;
+    for (const char unit : declaration) {
+        if (unit == '>' && quote == 0)
+            return true;
+        if (unit == '<' || unit == '&' || (unit == '%' && quote == 0))
+            return false;
+        if (unit == quote)
+            quote = 0;
+        else if (quote == 0 && (unit == '"' || unit == '\''))
+            quote = unit;
+    }
+    return false;
+}
+
+// Whether the document is about as large as it looks.
+bool isBounded(std::string_view text)
+{
+    constexpr std::string_view mark = "<!ENTITY";
+    for (std::size_t place = text.find(mark); place != text.npos; place = text.find(mark, place + 1))
+        if (!isPlain(text.substr(place + mark.size())))
+            return false;
+    return std::count(text.begin(), text.end(), '<') <= MostTags;
+}
 
 class SVGReader final : public Reader {
 public:
     explicit SVGReader(const Data& data)
-        : m_handle(rsvg_handle_new_from_data(data.bytes(), data.size(), nullptr), g_object_unref)
+        : m_handle(
+            isBounded(data.chars()) ? rsvg_handle_new_from_data(data.bytes(), data.size(), nullptr) : nullptr,
+            g_object_unref)
     {
         if (!m_handle)
             throw Broken();

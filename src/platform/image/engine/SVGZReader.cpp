@@ -8,7 +8,6 @@ namespace caddis::image {
 
 namespace {
 
-// Of unpacked text: a document of this size takes the SVG library seconds already.
 constexpr std::size_t MostText = 32 << 20;
 constexpr std::size_t Step = 64 << 10;
 
