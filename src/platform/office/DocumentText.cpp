@@ -7,7 +7,7 @@ namespace caddis::office {
 
 namespace {
 
-constexpr std::size_t MostAttachedBytes = 512ULL << 20;
+constexpr std::size_t MostAttachedBytes = 128ULL << 20;
 constexpr std::size_t DeepestTable = 32; // Deeper ones are text of the cell around them.
 constexpr std::uint32_t MostColumns = 16384;
 

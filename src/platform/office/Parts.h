@@ -10,8 +10,9 @@
 /// Inside this folder: the members of a zipped document by name.
 namespace caddis::office {
 
-/// Unpacked, names as they stand in the archive. Markup longer than 64 MiB is left out, and so are others
-/// once all are longer than 512 MiB.
+/// Unpacked, names as they stand in the archive. Markup ends where all of it together would be longer than
+/// 24 MiB: a document whose text is longer is read so far. Other members count up to 64 MiB, or four times
+/// the archive's size if that is more; what doesn't fit is left out.
 using Parts = std::map<std::string, Data, std::less<>>;
 
 /// Nil when the file can't be read or is no zip archive. Damaged members are left out.

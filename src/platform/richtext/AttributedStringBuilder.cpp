@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <bit>
-#include <unordered_map>
+#include <unordered_set>
 
 namespace caddis {
 
@@ -75,18 +75,57 @@ struct StyleHash {
 // Styles and their numbers, each kept once.
 template <typename Style> class Interned {
 public:
-    std::uint32_t numberOf(const Style& style, std::vector<Style>& styles)
+    Interned()
+        : m_numbers(0, Hash { &m_styles }, Equal { &m_styles })
     {
-        if (m_last < styles.size() && styles[m_last] == style)
+    }
+    Interned(const Interned&) = delete; // The set looks into the vector.
+    Interned& operator=(const Interned&) = delete;
+
+    const Style& operator[](std::uint32_t number) const { return m_styles[number]; }
+
+    std::uint32_t numberOf(const Style& style)
+    {
+        if (m_last < m_styles.size() && m_styles[m_last] == style)
             return m_last;
-        const auto [found, isNew] = m_numbers.try_emplace(style, static_cast<std::uint32_t>(styles.size()));
-        if (isNew)
-            styles.push_back(style);
-        return m_last = found->second;
+        if (const auto found = m_numbers.find(style); found != m_numbers.end())
+            return m_last = *found;
+        m_last = static_cast<std::uint32_t>(m_styles.size());
+        m_styles.push_back(style);
+        m_numbers.insert(m_last);
+        return m_last;
     }
 
+    // For a number that nobody else has.
+    std::uint32_t replace(std::uint32_t number, Style&& style)
+    {
+        if (const auto found = m_numbers.find(style); found != m_numbers.end())
+            return *found;
+        m_numbers.erase(number);
+        m_styles[number] = std::move(style);
+        m_numbers.insert(number);
+        return number;
+    }
+
+    std::vector<Style> take() { return std::move(m_styles); }
+
 private:
-    std::unordered_map<Style, std::uint32_t, StyleHash> m_numbers;
+    struct Hash {
+        using is_transparent = void;
+        const std::vector<Style>* styles;
+        std::size_t operator()(const Style& style) const { return StyleHash()(style); }
+        std::size_t operator()(std::uint32_t number) const { return StyleHash()((*styles)[number]); }
+    };
+    struct Equal {
+        using is_transparent = void;
+        const std::vector<Style>* styles;
+        bool operator()(std::uint32_t left, std::uint32_t right) const { return left == right; }
+        bool operator()(const Style& style, std::uint32_t number) const { return (*styles)[number] == style; }
+        bool operator()(std::uint32_t number, const Style& style) const { return (*styles)[number] == style; }
+    };
+
+    std::vector<Style> m_styles;
+    std::unordered_set<std::uint32_t, Hash, Equal> m_numbers;
     std::uint32_t m_last = 0;
 };
 
@@ -170,12 +209,12 @@ void AttributedStringBuilder::appendAscii(std::string_view ascii, StyleNumber st
 
 AttributedStringBuilder::StyleNumber AttributedStringBuilder::numberOf(const CharacterStyle& style)
 {
-    return StyleNumber(m_tables->styles.numberOf(style, m_result.m_styles));
+    return StyleNumber(m_tables->styles.numberOf(style));
 }
 
 AttributedStringBuilder::ParagraphNumber AttributedStringBuilder::numberOf(const ParagraphStyle& style)
 {
-    return ParagraphNumber(m_tables->paragraphStyles.numberOf(style, m_result.m_paragraphStyles));
+    return ParagraphNumber(m_tables->paragraphStyles.numberOf(style));
 }
 
 void AttributedStringBuilder::appendAttachment(Attachment attachment, const CharacterStyle& style)
@@ -232,9 +271,9 @@ void AttributedStringBuilder::restyleParagraphs(Range range, FunctionRef<void(Pa
     while (run != runs.end() && run->location < range.end()) {
         const auto next = run + 1;
         const std::size_t end = next == runs.end() ? m_paragraphsEnd : next->location;
-        ParagraphStyle style = m_result.m_paragraphStyles[run->style];
+        ParagraphStyle style = m_tables->paragraphStyles[run->style];
         change(style, { run->location, end - run->location });
-        run->style = numberOf(style).m_index;
+        run->style = m_tables->paragraphStyles.replace(run->style, std::move(style));
         run = next;
     }
 }
@@ -302,6 +341,8 @@ AttributedString AttributedStringBuilder::finish(const std::vector<Insertion>& i
     endParagraphs({});
     if (!insertions.empty() && !m_text.isEmpty())
         insert(insertions);
+    m_result.m_styles = m_tables->styles.take();
+    m_result.m_paragraphStyles = m_tables->paragraphStyles.take();
     renumber(m_result.m_runs, m_result.m_styles);
     renumber(m_result.m_paragraphRuns, m_result.m_paragraphStyles);
     m_result.m_string = std::move(m_text).take();

@@ -63,8 +63,9 @@ public:
     void endParagraphs(const ParagraphStyle& style);
     void endParagraphs(ParagraphNumber style);
 
-    /// Changes the style of the paragraphs whose text lies in `range`. They had endParagraphs, and the first
-    /// of them had a style that the paragraph before it had not.
+    /// Changes the styles of the paragraphs whose text lies in `range`: those of a table's cells, which no
+    /// paragraph outside has. They had endParagraphs. Paragraphs that share a style may see it changed
+    /// already, so that a change has to come to the same when it is made twice.
     void restyleParagraphs(Range range, FunctionRef<void(ParagraphStyle&, Range)> change);
 
     StyleNumber numberOf(const CharacterStyle& style);

@@ -10,6 +10,7 @@ namespace caddis::rtf {
 namespace {
 
 constexpr std::int32_t DeepestTable = 32;
+constexpr std::size_t MostCells = 200000; // Of a document: what comes then is text without a table.
 
 } // namespace
 
@@ -31,9 +32,10 @@ bool Reader::rowWord(std::string_view name, Number number)
 
 void Reader::openTables()
 {
-    const auto level = static_cast<std::size_t>(std::clamp(m_state.paragraph->tableLevel, 0, DeepestTable));
+    const std::int32_t deepest = m_cellCount < MostCells ? DeepestTable : 0;
+    const auto level = static_cast<std::size_t>(std::clamp(m_state.paragraph->tableLevel, 0, deepest));
     closeTables(level);
-    while (m_openTables.size() < level)
+    for (; m_openTables.size() < level; ++m_cellCount)
         m_openTables.push_back({ m_builder.addTable({}), m_builder.paragraphsEnd() });
 }
 
@@ -62,7 +64,9 @@ void Reader::endCell(bool isNested)
     if (m_builder.length() != m_innerEnd || m_innerLevel != level + 1)
         endParagraph();
     openTables();
-    ++m_openTables.back().column;
+    ++m_cellCount;
+    if (!m_openTables.empty())
+        ++m_openTables.back().column;
 }
 
 void Reader::endRow(bool isNested)

@@ -176,6 +176,7 @@ private:
     std::optional<AttributedStringBuilder::ParagraphNumber> m_paragraphNumber; // Of the present paragraph.
 
     std::vector<OpenTable> m_openTables;
+    std::size_t m_cellCount = 0; // Of all tables.
     std::vector<RowDefinition> m_rows; // As they were said last, by level.
     std::size_t m_innerEnd = 0; // Where the last row of a nested table ended, of the table at that level.
     std::size_t m_innerLevel = 0;

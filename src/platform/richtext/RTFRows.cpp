@@ -117,6 +117,9 @@ void RowDefinition::begin()
 // A cell that is merged into the one before it makes that one wider.
 void RowDefinition::endCell(std::int32_t right)
 {
+    constexpr std::size_t MostCells = 1000;
+    if (m_cells.size() >= MostCells)
+        return;
     m_next.left = m_cells.empty() ? m_left : m_cells.back().right;
     m_next.right = right;
     m_next.isMergedAcross = m_next.isMergedAcross && !m_cells.empty();
