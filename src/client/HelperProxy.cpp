@@ -1,5 +1,7 @@
 #include "client/HelperProxy.h"
 
+#include <algorithm>
+
 namespace caddis {
 
 namespace {
@@ -19,6 +21,28 @@ std::optional<Value> record(const std::optional<ScriptParameter>& parameter)
         return std::nullopt;
     return Array { parameter->type, parameter->data };
 }
+
+// A page whose servers stall takes all the time that its import has; the text comes after that. Who waits as
+// long as the import waits for the text, too.
+class TimeBehindImport {
+public:
+    explicit TimeBehindImport(Connection& connection)
+        : m_connection(connection)
+        , m_timeout(connection.timeout())
+    {
+        constexpr double Import = 15.0;
+        constexpr double Behind = 5.0;
+        if (m_timeout >= Import)
+            connection.setTimeout(std::max(m_timeout, Import + Behind));
+    }
+    ~TimeBehindImport() { m_connection.setTimeout(m_timeout); }
+    TimeBehindImport(const TimeBehindImport&) = delete;
+    TimeBehindImport& operator=(const TimeBehindImport&) = delete;
+
+private:
+    Connection& m_connection;
+    double m_timeout;
+};
 
 } // namespace
 
@@ -72,6 +96,7 @@ bool HelperProxy::writeRTFDData(const Data& rtfd, const FileReference& toFile) c
 
 std::optional<Data> HelperProxy::RTFDWithHTML(const Data& html, const HTMLRequest& request) const
 {
+    const TimeBehindImport time(*m_proxy.connection());
     return nilOr<Data>(
         m_proxy.call("RTFDWithHTML", { html, request.baseURL, request.allowRemoteRequest, request.charset }));
 }

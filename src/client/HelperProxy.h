@@ -70,6 +70,8 @@ public:
     std::optional<Dictionary> attributedStringWithContentsOfFile(const FileReference& file) const;
     Dictionary searchableTextOfWebArchive(const FileReference& file) const;
     bool writeRTFDData(const Data& rtfd, const FileReference& toFile) const;
+    /// Servers have 15 seconds in all. A connection that waits as long for replies waits up to 20 for this
+    /// one.
     std::optional<Data> RTFDWithHTML(const Data& html, const HTMLRequest& request) const;
     std::optional<Dictionary> metaDataForFile(const FileReference& file) const;
     bool supportsFile(const FileReference& file) const;

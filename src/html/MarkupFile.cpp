@@ -14,6 +14,7 @@ namespace caddis {
 namespace {
 
 constexpr std::size_t LongestBeginning = 1024;
+constexpr float LongestLoad = 10; // Seconds; less than an application waits for the text of a file.
 
 // The first bytes in lower case, without a byte-order mark and white space.
 std::u16string beginningOf(std::string_view bytes)
@@ -52,7 +53,7 @@ std::optional<AttributedString> attributedStringWithMarkupFile(
     const auto data = MappedFile::open(path);
     if (!data)
         return std::nullopt;
-    HTMLImportOptions options { .webResourceLoadDelegate = delegate };
+    HTMLImportOptions options { .timeout = LongestLoad, .webResourceLoadDelegate = delegate };
     const std::u16string beginning = beginningOf(data->chars());
     if (mayBeArchive(path, beginning)) {
         const auto archive = WebArchive::initWithData(*data);
