@@ -1,6 +1,7 @@
 #include "media/PDFText.h"
 
 #include "platform/base/Exception.h"
+#include "platform/base/LeftOut.h"
 #include "support/LogCapture.h"
 #include "support/PDFBuilder.h"
 #include "support/Text.h"
@@ -88,7 +89,9 @@ TEST(PDFText, ThePagesOwnTimeCountsTwice)
         = [&](double timeout) { return fixedAndNormalizedString(document, timeout)->length() / 5; };
     EXPECT_EQ(pages(1e-9), 1U) << "the first page is always read";
     EXPECT_EQ(pages(0.5), 2U) << "300 ms since the start and 300 ms of the page's own";
+    EXPECT_FALSE(takeLeftOut().empty());
     EXPECT_EQ(pages(10), 5U);
+    EXPECT_TRUE(takeLeftOut().empty());
     EXPECT_EQ(pages(0), 5U);
 }
 

@@ -1,5 +1,6 @@
 #include "platform/pdf/PDFDocument.h"
 
+#include "platform/base/LeftOut.h"
 #include "support/PDFBuilder.h"
 #include "support/Text.h"
 
@@ -114,7 +115,9 @@ TEST(HostilePDF, StreamsThatInflateWithoutEndAreCutShort)
     builder.page("BT /F1 12 Tf 72 700 Td (before) Tj ET /X Do /X Do BT (behind) Tj ET");
     const std::string bytes = builder.bytes();
     const long before = peakMemoryInMB();
+    takeLeftOut();
     EXPECT_EQ(textOf(bytes), "before\nbehind");
+    EXPECT_EQ(takeLeftOut(), std::vector { u"the rest of a page that takes too much time or memory"_s });
     EXPECT_LT(peakMemoryInMB() - before, 900) << "256 MB a page, which growing doubles";
 }
 
