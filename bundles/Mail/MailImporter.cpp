@@ -20,8 +20,11 @@ namespace {
 constexpr int MaximumParts = 1000;
 constexpr int MaximumDepth = 32;
 constexpr int MaximumMarks = 10'000;
+constexpr std::int64_t MostSearched = 256 << 20; // Bytes that are searched for such a message beforehand.
+constexpr std::string_view Mark = "\n--";
 constexpr int MaximumMessages = 1000;
 constexpr std::size_t MaximumPart = 16 * 1024 * 1024;
+constexpr auto ManyParts = u"parts of a message after the first 1000, or very deep in it";
 
 struct Unreference {
     void operator()(void* object) const { g_object_unref(object); }
@@ -59,7 +62,7 @@ public:
         if (!part || m_text.isFull() || m_attributes.shouldStop())
             return;
         if (depth > MaximumDepth || ++m_parts > MaximumParts)
-            return noteLeftOut(u"parts of a message after the first 1000, or very deep in it");
+            return noteLeftOut(ManyParts);
         if (GMIME_IS_MESSAGE_PART(part)) {
             if (GMimeMessage* message = g_mime_message_part_get_message(GMIME_MESSAGE_PART(part))) {
                 m_text.appendLine(viewOf(g_mime_message_get_subject(message)));
@@ -167,22 +170,42 @@ std::int64_t sizeOf(int descriptor)
     return fstat(descriptor, &status) == 0 ? status.st_size : 0;
 }
 
-// The library makes every part before the first can be seen. So a message ends for it, at the latest, at its
-// line number MaximumMarks that looks like the beginning of a part.
-Bounds withoutManyParts(int descriptor, Bounds bounds)
+// How many lines that look like the beginning of a part a message has had when this piece of it is over. At
+// MaximumMarks `bytes` is cut there.
+int marksAfter(std::string_view& bytes, int marks, bool isFolder)
 {
-    constexpr std::string_view Mark = "\n--";
+    std::size_t last = 0;
+    const auto hasNextMessage = [&](std::size_t end) {
+        return isFolder && bytes.substr(last, end - last).find("\nFrom ") != bytes.npos;
+    };
+    for (auto mark = bytes.find(Mark); mark != bytes.npos; mark = bytes.find(Mark, mark + 1)) {
+        marks = hasNextMessage(mark) ? 1 : marks + 1;
+        last = mark;
+        if (marks == MaximumMarks) {
+            bytes = bytes.substr(0, mark);
+            return marks;
+        }
+    }
+    return hasNextMessage(bytes.size()) ? 0 : marks;
+}
+
+// The library makes every part of a message before the first can be seen, so all ends for it where a message
+// of too many parts is in the middle of them.
+Bounds withoutManyParts(int descriptor, Bounds bounds, bool isFolder)
+{
     std::string piece(64 * 1024, '\0');
+    const std::int64_t end = std::min(bounds[1], bounds[0] + MostSearched);
     int marks = 0;
     ssize_t length = 0;
-    for (auto at = bounds[0]; at < bounds[1]; at += length - ssize_t(Mark.size()) + 1) {
+    for (auto at = bounds[0]; at < end; at += length - ssize_t(Mark.size()) + 1) {
         length = pread(descriptor, piece.data(), piece.size(), at);
         if (length < ssize_t(Mark.size()))
             break;
-        const std::string_view bytes(piece.data(), std::size_t(length));
-        for (auto mark = bytes.find(Mark); mark != bytes.npos; mark = bytes.find(Mark, mark + 1)) {
-            if (++marks == MaximumMarks)
-                return { bounds[0], at + std::int64_t(mark) };
+        std::string_view bytes(piece.data(), std::size_t(length));
+        marks = marksAfter(bytes, marks, isFolder);
+        if (marks == MaximumMarks) {
+            noteLeftOut(ManyParts);
+            return { bounds[0], at + std::int64_t(bytes.size()) };
         }
     }
     return bounds;
@@ -211,10 +234,9 @@ bool importFile(Attributes& attributes, std::string_view contentType, const std:
     if (descriptor < 0)
         return false;
     const bool isFolder = contentType == "com.apple.mail.mbox";
-    auto bounds = (endsWithNoCase(path, ".emlx") ? boundsOfEmlx(descriptor) : std::nullopt)
-                      .value_or(Bounds { 0, sizeOf(descriptor) });
-    if (!isFolder)
-        bounds = withoutManyParts(descriptor, bounds);
+    const auto whole = (endsWithNoCase(path, ".emlx") ? boundsOfEmlx(descriptor) : std::nullopt)
+                           .value_or(Bounds { 0, sizeOf(descriptor) });
+    const auto bounds = withoutManyParts(descriptor, whole, isFolder);
     // The stream closes the descriptor.
     const Owned<GMimeStream> stream(g_mime_stream_fs_new_with_bounds(descriptor, bounds[0], bounds[1]));
     const Owned<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));

@@ -72,6 +72,17 @@ TEST_F(HostileFiles, OfManyPartsAreCutShort)
     EXPECT_LE(parts[Text].size(), 6000U);
     EXPECT_EQ(parts.leftOut, "parts of a message after the first 1000, or very deep in it");
 
+    const auto folder = import("Mail", "com.apple.mail.mbox",
+        "From a\nSubject: one\n\nx\n\nFrom b\n" + mail + "\n\nFrom c\nSubject: behind\n\nx\n");
+    EXPECT_TRUE(folder[Text].starts_with("one\nx\nmany\npart\n")) << folder[Text].substr(0, 40);
+    EXPECT_EQ(folder[Text].find("behind"), std::string::npos);
+    EXPECT_EQ(folder.leftOut, parts.leftOut);
+    std::string many;
+    for (int i = 0; i < 900; ++i)
+        many += "From a\nSubject: s\n\nx\n" + std::string("\n--\n\n--\n\n--\n\n--\n\n--\n\n--\n")
+            + "\n--\n\n--\n\n--\n\n--\n\n--\n\n--\n\n";
+    EXPECT_EQ(import("Mail", "com.apple.mail.mbox", many).leftOut, "") << "not so many in one message";
+
     std::string nested = "Subject: deep\nMIME-Version: 1.0\n";
     for (int i = 0; i < 2000; ++i) {
         const std::string boundary = "b" + std::to_string(i);
