@@ -97,7 +97,7 @@ TEST(BoundedChild, LeavesNothingInTheBackground)
 TEST(BoundedChild, EndsAtItsLimits)
 {
     const ScratchFolder scratch;
-    const auto busy = shell("while :; do :; done", scratch, { .processorTime = 1s });
+    const auto busy = shell("while :; do :; done", scratch, { .processorTime = 1s }, 90s);
     EXPECT_EQ(busy.outcome, Outcome::Signalled);
     const auto writer = shell("exec head -c 2000000 /dev/zero > big", scratch, { .fileSize = 1 << 20 });
     EXPECT_FALSE(writer.succeeded());
