@@ -212,6 +212,22 @@ TEST_F(HelperPoolTest, HelpersThatAreKilledWhileTheyStartAreNoFailure)
     EXPECT_LT(Clock::now() - start, milliseconds(4000)) << "nobody waits for the dead";
 }
 
+TEST_F(HelperPoolTest, AFileIsNotToBlameForWhoeverKillsItsHelpers)
+{
+    HelperPool pool(settings());
+    const String count = String::fromUtf8((folder.path() / "count").string());
+    const auto killTimes = [&](int times) {
+        return job(
+            script(format(u"echo >> %@; [ $(wc -l < %@) -gt %d ] || kill -KILL $PPID", count, count, times)));
+    };
+    const auto records = run(pool, { killTimes(8), killTimes(1000) });
+    EXPECT_EQ(records.at(0).outcome, HelperOutcome::Ok);
+    EXPECT_EQ(records.at(0).attempts, 9U);
+    EXPECT_EQ(records.at(1).outcome, HelperOutcome::Crashed) << "but there is an end to it";
+    EXPECT_EQ(records.at(1).signal, SIGKILL);
+    EXPECT_EQ(records.at(1).attempts, 22U);
+}
+
 TEST_F(HelperPoolTest, WithoutAHelperEveryTakenJobIsRefused)
 {
     auto missing = settings();
