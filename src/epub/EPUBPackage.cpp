@@ -3,6 +3,7 @@
 
 #include "epub/EPUBParser.h"
 
+#include "platform/base/LeftOut.h"
 #include "platform/base/Paths.h"
 #include "text/NumericValues.h"
 #include "text/StringUtilities.h"
@@ -10,6 +11,8 @@
 namespace caddis {
 
 namespace {
+
+constexpr std::size_t MostListed = 10'000; // Subjects and the like: a million don't go into one message.
 
 std::optional<String> unescapedPath(const XMLAttributes& attributes)
 {
@@ -146,6 +149,8 @@ void EPUBParser::startMetaData(std::u16string_view key, MetaDataKind kind, const
             list = m_metaData.find(key);
         }
         index = list->as<Array>()->size();
+        if (*index == MostListed)
+            return noteLeftOut(u"entries of lists after the first 10,000");
         list->as<Array>()->emplace_back(fileAs);
     } else {
         m_metaData.set(String(key), Value(fileAs));
