@@ -4,7 +4,6 @@
 #include "platform/base/Exception.h"
 #include "platform/ipc/Session.h"
 
-#include <array>
 #include <csignal>
 #include <fcntl.h>
 #include <linux/ioprio.h>
@@ -30,7 +29,7 @@ constexpr int FirstClosedDescriptor = 3;
 // What posix_spawn wants besides the program: the streams, and signals as the program expects them.
 class SpawnSettings {
 public:
-    SpawnSettings(int standardError, bool ownSession)
+    explicit SpawnSettings(bool ownSession)
     {
         sigset_t none;
         sigset_t all;
@@ -43,8 +42,6 @@ public:
         posix_spawnattr_setsigdefault(&m_attributes, &all);
         posix_spawnattr_setsigmask(&m_attributes, &none);
         posix_spawn_file_actions_init(&m_actions);
-        if (standardError >= 0)
-            posix_spawn_file_actions_adddup2(&m_actions, standardError, STDERR_FILENO);
         posix_spawn_file_actions_addclosefrom_np(&m_actions, FirstClosedDescriptor);
     }
     ~SpawnSettings()
@@ -147,22 +144,12 @@ bool Task::launch()
     std::vector<std::string> words { m_launchPath.utf8() };
     for (const String& argument : m_arguments)
         words.push_back(argument.utf8());
-    Descriptor writeEnd;
-    if (m_pipesStandardError) {
-        std::array<int, 2> ends {};
-        if (pipe2(ends.data(), O_CLOEXEC) != 0)
-            fail(u"no descriptors for a pipe");
-        m_standardError = Descriptor(ends[0]);
-        writeEnd = Descriptor(ends[1]);
-    }
-    SpawnSettings settings(writeEnd.number(), m_hasOwnSession);
+    SpawnSettings settings(m_hasOwnSession);
     if (!m_errorFile.empty())
         settings.appendStandardErrorTo(m_errorFile);
-    auto variables = m_environment.value_or(std::vector<std::string>());
-    const auto environment = pointersTo(variables);
     pid_t process = 0;
     if (posix_spawn(&process, words[0].c_str(), settings.actions(), settings.attributes(),
-            pointersTo(words).data(), m_environment ? environment.data() : environ)
+            pointersTo(words).data(), environ)
         != 0)
         return false;
     m_process = process;

@@ -19,7 +19,7 @@ enum class QualityOfService { UserInteractive, UserInitiated, Default, Utility, 
 
 /// A child process: described first, then launched once.
 ///
-/// The program gets this process's standard streams and environment unless told otherwise, no other
+/// The program gets this process's environment and, unless told otherwise, standard streams, no other
 /// descriptor, and default signal handling. It is not stopped when the task goes away.
 class Task {
 public:
@@ -30,10 +30,6 @@ public:
 
     const String& launchPath() const { return m_launchPath; }
     void setQualityOfService(QualityOfService quality) { m_quality = quality; }
-    /// "NAME=value" each, in place of this process's environment.
-    void setEnvironment(std::vector<std::string> environment) { m_environment = std::move(environment); }
-    /// Standard error goes to a pipe, from whose standardError() it has to be read.
-    void setStandardErrorToPipe() { m_pipesStandardError = true; }
     /// Standard error is appended to the file.
     void setStandardErrorToFile(std::string path) { m_errorFile = std::move(path); }
     /// The program leads a session of its own: what is typed at the terminal does not interrupt it, and
@@ -41,8 +37,8 @@ public:
     void setOwnSession() { m_hasOwnSession = true; }
 
     /// Starts the program. False when it cannot be started at all: there is none at the path, or it is none.
-    /// Throws Exception "InvalidArgumentException" when the task has been launched before, or when there are
-    /// no descriptors for it.
+    /// Throws Exception "InvalidArgumentException" when the task has been launched before, or when there is
+    /// no descriptor for it.
     bool launch();
     bool isRunning();
     /// SIGINT and SIGTERM; nothing happens when the program has ended.
@@ -67,7 +63,6 @@ public:
     void killSession();
 
     pid_t processIdentifier() const { return m_process; }
-    const Descriptor& standardError() const { return m_standardError; }
 
 private:
     bool reap(int options);
@@ -75,15 +70,12 @@ private:
 
     String m_launchPath;
     std::vector<String> m_arguments;
-    std::optional<std::vector<std::string>> m_environment;
     QualityOfService m_quality = QualityOfService::Default;
-    bool m_pipesStandardError = false;
     std::string m_errorFile;
     bool m_hasOwnSession = false;
 
     pid_t m_process = 0;
     Descriptor m_processDescriptor;
-    Descriptor m_standardError;
     std::optional<int> m_status;
 };
 
