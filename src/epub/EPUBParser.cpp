@@ -96,7 +96,7 @@ bool EPUBParser::unzipEPUBToPath(const String& path)
         return false;
     if (m_archive)
         return decompressFileAtPath(m_epubPath, path);
-    return FileSystem::isDirectory(m_epubPath) && FileSystem::copyItem(m_epubPath, path);
+    return FileSystem::isDirectory(m_epubPath) && FileSystem::copyItem(m_epubPath, path, MostUnpackedBytes);
 }
 
 const std::optional<String>& EPUBParser::unzippedEPUB()

@@ -72,14 +72,21 @@ bool unpackMember(ZipReader& archive, const ZipReader::Member& member, const Str
 
 inline namespace NSFileManagerOstraExtensions {
 
-bool decompressFileAtPath(const String& path, const String& toPath)
+bool decompressFileAtPath(const String& path, const String& toPath, std::uint64_t mostBytes)
 {
     const auto archive = ZipReader::open(path);
     const auto folder = fileSystemRepresentation(toPath);
     if (!archive || !folder || mkdir(folder->c_str(), S_IRWXU) != 0)
         return false;
-    if (archive->forEachMember(
-            [&](const ZipReader::Member& member) { return unpackMember(*archive, member, toPath); }))
+    // A member that yields more or less than it says is damaged, so what they say may be believed.
+    std::uint64_t bytesLeft = mostBytes;
+    const auto unpackNext = [&](const ZipReader::Member& member) {
+        if (member.size > bytesLeft)
+            return false;
+        bytesLeft -= member.size;
+        return unpackMember(*archive, member, toPath);
+    };
+    if (archive->forEachMember(unpackNext))
         return true;
     FileSystem::removeItem(toPath);
     return false;

@@ -13,6 +13,8 @@ namespace caddis {
 
 namespace {
 
+constexpr std::uint64_t MostReadBytes = std::uint64_t(256) << 20; // Unpacked for the sake of one text.
+
 bool isBundle(const String& name) { return hasSuffixNoCase(name, u".textbundle"); }
 bool isPack(const String& name) { return hasSuffixNoCase(name, u".textpack"); }
 bool isText(const String& name) { return hasPrefixNoCase(name, u"text."); }
@@ -31,10 +33,10 @@ std::vector<String> entries(const String& folder, bool (*fits)(const String& nam
 // A pack's contents, in a temporary folder that goes with the object.
 class UnpackedPack {
 public:
-    explicit UnpackedPack(const String& path)
+    UnpackedPack(const String& path, std::uint64_t mostBytes)
         : m_folder(nonExistingTemporaryFileNamed(lastPathComponent(path)))
     {
-        m_isUnpacked = m_folder && decompressFileAtPath(path, *m_folder);
+        m_isUnpacked = m_folder && decompressFileAtPath(path, *m_folder, mostBytes);
     }
     ~UnpackedPack()
     {
@@ -63,7 +65,7 @@ std::optional<PlainText> textOfBundle(const String& path, NSStringEncoding encod
 std::optional<PlainText> textOfPack(const String& path, NSStringEncoding encoding)
 {
     std::optional<PlainText> last;
-    const UnpackedPack pack(path);
+    const UnpackedPack pack(path, MostReadBytes);
     for (const String& bundle : pack.bundles()) {
         for (const String& file : entries(bundle, isText)) {
             if (auto text = stringWithContentsOfFile(file, encoding))
@@ -92,7 +94,7 @@ bool decompressTextBundleFile(const String& path, const String& toPath)
         return FileSystem::copyItem(path, toPath);
     if (!isPack(name))
         return false;
-    const UnpackedPack pack(path);
+    const UnpackedPack pack(path, MostUnpackedBytes);
     const auto bundles = pack.bundles();
     const String parent = stringByDeletingLastPathComponent(toPath);
     return !bundles.empty() && (parent.isEmpty() || FileSystem::createDirectory(parent))

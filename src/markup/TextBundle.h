@@ -15,7 +15,7 @@ inline namespace MarkDown {
 /// In a folder the first entry "text.…" (by name, case does not count) is the text. A pack is unpacked into a
 /// temporary folder for the time of the call; of several texts in it the last one counts. Nil for any other
 /// path, a bundle without a text, a text that can't be read, and a pack that can't be unpacked (Compression.h
-/// says why that may be).
+/// says why that may be) or has more than 256 MiB in it.
 std::optional<PlainText> stringWithContentsOfTextBundleFile(const String& path, NSStringEncoding encoding);
 
 /// Puts the bundle as a folder, assets included, at `toPath`, where nothing may be yet: copies what lies at

@@ -97,5 +97,14 @@ TEST_F(Compression, BoundsWhatAnArchiveYields)
     EXPECT_FALSE(unpacks(overlapping.bytes())) << "many members share one member's bytes";
 }
 
+TEST_F(Compression, FillsNoDisk)
+{
+    const String archive = m_folder.write("archive.zip",
+        ZipBuilder().add("a", std::string(1000, 'a')).add("b", std::string(1001, 'b')).bytes());
+    EXPECT_FALSE(decompressFileAtPath(archive, m_folder.path("out"), 2000));
+    EXPECT_FALSE(FileSystem::exists(m_folder.path("out")));
+    EXPECT_TRUE(decompressFileAtPath(archive, m_folder.path("out"), 2001));
+}
+
 } // namespace
 } // namespace caddis

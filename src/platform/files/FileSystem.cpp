@@ -75,28 +75,33 @@ std::optional<fs::path> nativePath(const String& path)
     return bytes ? std::optional<fs::path>(std::move(*bytes)) : std::nullopt;
 }
 
-bool copyEntry(const fs::directory_entry& entry, const fs::path& to)
+bool copyEntry(const fs::directory_entry& entry, const fs::path& to, std::uint64_t& bytesLeft)
 {
     std::error_code error;
-    if (entry.is_symlink(error))
+    if (entry.is_symlink(error)) {
         fs::copy_symlink(entry.path(), to, error);
-    else if (entry.is_directory(error))
+    } else if (entry.is_directory(error)) {
         return mkdir(to.c_str(), S_IRWXU) == 0;
-    else if (entry.is_regular_file(error))
+    } else if (entry.is_regular_file(error)) {
+        const std::uint64_t size = entry.file_size(error);
+        if (error || size > bytesLeft)
+            return false;
+        bytesLeft -= size;
         fs::copy_file(entry.path(), to, error);
+    }
     return !error;
 }
 
-bool copyTree(const fs::path& from, const fs::path& to)
+bool copyTree(const fs::path& from, const fs::path& to, std::uint64_t bytesLeft)
 {
     std::error_code error;
-    if (!copyEntry(fs::directory_entry(from, error), to) || error)
+    if (!copyEntry(fs::directory_entry(from, error), to, bytesLeft) || error)
         return false;
     if (fs::is_symlink(from, error) || !fs::is_directory(from, error))
         return true;
     for (auto entry = fs::recursive_directory_iterator(from, error); !error && entry != end(entry);
          entry.increment(error)) {
-        if (!copyEntry(*entry, to / entry->path().lexically_relative(from)))
+        if (!copyEntry(*entry, to / entry->path().lexically_relative(from), bytesLeft))
             return false;
     }
     return !error;
@@ -174,7 +179,7 @@ std::optional<Data> contentsOfFile(const String& path)
     return isWhole ? std::optional(Data::adopt(std::move(bytes))) : std::nullopt;
 }
 
-bool copyItem(const String& from, const String& to)
+bool copyItem(const String& from, const String& to, std::uint64_t mostBytes)
 {
     const auto source = nativePath(from);
     const auto destination = nativePath(to);
@@ -187,7 +192,7 @@ bool copyItem(const String& from, const String& to)
         = error ? fs::path() : fs::weakly_canonical(*destination, error).lexically_relative(original);
     if (error || inside.empty() || *inside.begin() != "..")
         return false;
-    if (copyTree(*source, *destination))
+    if (copyTree(*source, *destination, mostBytes))
         return true;
     fs::remove_all(*destination, error);
     return false;

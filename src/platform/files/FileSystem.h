@@ -4,6 +4,7 @@
 #include "platform/base/String.h"
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -36,10 +37,12 @@ std::optional<std::vector<String>> contentsOfDirectory(const String& path);
 /// The whole file, read at once; nil when it can't be read or is no plain file.
 std::optional<Data> contentsOfFile(const String& path);
 
-/// Copies a file or a whole folder to a path where nothing is yet; a failed copy leaves nothing there.
-/// Symbolic links are copied as links; sockets and devices are passed over. The copy's folders are the
-/// owner's to change whatever the originals allow, so that the copy can be removed again.
-bool copyItem(const String& from, const String& to);
+/// Copies a file or a whole folder to a path where nothing is yet; a failed copy leaves nothing there. It
+/// fails, too, when there is more to copy than `mostBytes`. Symbolic links are copied as links; sockets and
+/// devices are passed over. The copy's folders are the owner's to change whatever the originals allow, so
+/// that the copy can be removed again.
+bool copyItem(const String& from, const String& to,
+    std::uint64_t mostBytes = std::numeric_limits<std::uint64_t>::max());
 
 /// Moves a file or a whole folder to a path where nothing is yet; between file systems by copying it.
 bool moveItem(const String& from, const String& to);

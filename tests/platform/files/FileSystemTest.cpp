@@ -57,6 +57,8 @@ TEST(FileSystem, CopiesAFolderThatCanBeRemovedAgain)
     EXPECT_FALSE(FileSystem::copyItem(folder.path("from"), copy)) << "something is there already";
     EXPECT_FALSE(FileSystem::copyItem(folder.path("from"), folder.path("from/sub/inside")));
     EXPECT_FALSE(FileSystem::copyItem(folder.path("none"), folder.path("none2")));
+    EXPECT_FALSE(FileSystem::copyItem(folder.path("from"), folder.path("small"), 3));
+    EXPECT_FALSE(FileSystem::exists(folder.path("small")));
     EXPECT_TRUE(FileSystem::removeItem(copy));
     EXPECT_FALSE(FileSystem::exists(copy));
     fs::permissions(folder.path() / "from/sub", fs::perms::owner_all);
