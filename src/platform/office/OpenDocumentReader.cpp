@@ -9,10 +9,10 @@
 
 namespace caddis::office {
 
-const std::unordered_map<std::string_view, OpenDocumentReader::Element>& OpenDocumentReader::elements()
+const OpenDocumentReader::Elements& OpenDocumentReader::elements()
 {
     using R = OpenDocumentReader;
-    static const std::unordered_map<std::string_view, Element> table {
+    static const Elements table {
         // Text
         { "office:text", { &R::startText } },
         { "text:p", { &R::startParagraph, &R::endParagraph } },
@@ -88,41 +88,7 @@ void OpenDocumentReader::read(const Data& part)
     m_listLevels = nullptr;
 }
 
-AttributedString OpenDocumentReader::finish() &&
-{
-    Dictionary attributes = m_properties.attributes();
-    for (const auto& [key, value] : m_page)
-        attributes.set(key, value);
-    return std::move(m_text).finish(std::move(attributes));
-}
-
-void OpenDocumentReader::didStartElement(std::string_view name, const XMLAttributes& attributes)
-{
-    if (m_skipped > 0 || isSkipped(name)) {
-        ++m_skipped;
-        return;
-    }
-    const auto found = elements().find(name);
-    if (found == elements().end()) {
-        if (m_paragraphs.empty())
-            m_properties.start(name);
-    } else if (found->second.start) {
-        (this->*found->second.start)(attributes);
-    }
-}
-
-void OpenDocumentReader::didEndElement(std::string_view name)
-{
-    if (m_skipped > 0) {
-        --m_skipped;
-        return;
-    }
-    const auto found = elements().find(name);
-    if (found == elements().end())
-        m_properties.end(name);
-    else if (found->second.end)
-        (this->*found->second.end)();
-}
+AttributedString OpenDocumentReader::finish() && { return std::move(m_text).finish(documentAttributes()); }
 
 void OpenDocumentReader::foundCharacters(const String& characters)
 {

@@ -1,19 +1,19 @@
 #pragma once
 
 #include "platform/base/Geometry.h"
-#include "platform/office/DocumentProperties.h"
 #include "platform/office/DocumentText.h"
+#include "platform/office/ElementReader.h"
 #include "platform/office/Parts.h"
-#include "platform/xml/XMLParser.h"
 
 /// Inside this folder: the machine that reads OpenDocument text (OpenDocument 1.2, part 1), its parts or the
 /// one document of its flat form, which has the same elements.
 namespace caddis::office {
 
-class OpenDocumentReader : private XMLParserDelegate {
+class OpenDocumentReader : private ElementReader<OpenDocumentReader> {
 public:
     explicit OpenDocumentReader(const Parts* parts = nullptr)
-        : m_parts(parts)
+        : ElementReader(DocumentProperties::Kind::OpenDocument)
+        , m_parts(parts)
     {
     }
 
@@ -24,11 +24,7 @@ public:
     AttributedString finish() &&;
 
 private:
-    using Handler = void (OpenDocumentReader::*)(const XMLAttributes&);
-    struct Element {
-        Handler start = nullptr;
-        void (OpenDocumentReader::*end)() = nullptr;
-    };
+    friend class ElementReader<OpenDocumentReader>;
     enum class TextTarget { None, Paragraph, Citation, Picture };
 
     struct Paragraph {
@@ -46,11 +42,10 @@ private:
         bool isItemStart = false;
     };
 
-    static const std::unordered_map<std::string_view, Element>& elements();
+    static const Elements& elements();
     static bool isSkipped(std::string_view name);
 
-    void didStartElement(std::string_view name, const XMLAttributes& attributes) override;
-    void didEndElement(std::string_view name) override;
+    bool isAmongProperties() const override { return m_paragraphs.empty(); }
     void foundCharacters(const String& characters) override;
 
     // Text (OpenDocumentReader.cpp).
@@ -115,15 +110,12 @@ private:
     void pageLayout(const XMLAttributes& attributes);
 
     const Parts* m_parts;
-    DocumentProperties m_properties { DocumentProperties::Kind::OpenDocument };
-    Dictionary m_page;
     DocumentText m_text;
     StyleSheet m_styles; // By "family name".
     Numbering m_numbering;
     std::map<String, TableCell> m_cellStyles;
     std::map<String, String> m_fontFaces; // The family of each.
     bool m_hasText = false;
-    std::size_t m_skipped = 0; // Elements that are open and left out.
     TextTarget m_target = TextTarget::None;
 
     std::vector<Paragraph> m_paragraphs; // Those of boxes and notes stand in others.

@@ -23,15 +23,16 @@ std::u16string_view withoutBlanks(std::u16string_view text)
 } // namespace
 
 WordReader::WordReader(const Parts* parts)
-    : m_parts(parts)
+    : ElementReader(DocumentProperties::Kind::OfficeOpen)
+    , m_parts(parts)
 {
 }
 
 // NOLINTNEXTLINE(readability-function-size): a table
-const std::unordered_map<std::string_view, WordReader::Element>& WordReader::elements()
+const WordReader::Elements& WordReader::elements()
 {
     using R = WordReader;
-    static const std::unordered_map<std::string_view, Element> table {
+    static const Elements table {
         // Text
         { "w:body", { &R::startBody, &R::endBody } },
         { "w:p", { &R::startParagraph, &R::endParagraph } },
@@ -99,6 +100,7 @@ const std::unordered_map<std::string_view, WordReader::Element>& WordReader::ele
         // Properties
         { "w:rPr", { &R::startLetters, &R::endLetters } },
         { "w:pPr", { &R::startParagraphProperties, &R::endParagraphProperties } },
+        { "w:tabs", { nullptr, &R::endTabs } },
         { "w:shd", { &R::shading } },
     };
     return table;
@@ -133,44 +135,12 @@ void WordReader::read(const Data& part, const Relations& relations)
     m_target = TextTarget::None;
 }
 
-AttributedString WordReader::finish() &&
-{
-    Dictionary attributes = m_properties.attributes();
-    for (const auto& [key, value] : m_page)
-        attributes.set(key, value);
-    return std::move(m_text).finish(std::move(attributes));
-}
+AttributedString WordReader::finish() && { return std::move(m_text).finish(documentAttributes()); }
 
-void WordReader::didStartElement(std::string_view name, const XMLAttributes& attributes)
+bool WordReader::takeElement(std::string_view name, const XMLAttributes& attributes)
 {
-    if (m_skipped > 0 || isSkipped(name)) {
-        ++m_skipped;
-        return;
-    }
-    if (m_letters && letterProperty(name, attributes))
-        return;
-    if (m_paragraph && !m_letters && paragraphProperty(name, attributes))
-        return;
-    const auto found = elements().find(name);
-    if (found == elements().end())
-        m_properties.start(name);
-    else if (found->second.start)
-        (this->*found->second.start)(attributes);
-}
-
-void WordReader::didEndElement(std::string_view name)
-{
-    if (m_skipped > 0) {
-        --m_skipped;
-        return;
-    }
-    const auto found = elements().find(name);
-    if (found == elements().end())
-        m_properties.end(name);
-    else if (found->second.end)
-        (this->*found->second.end)();
-    if (name == "w:tabs")
-        m_isInTabs = false;
+    return (m_letters && letterProperty(name, attributes))
+        || (m_paragraph && !m_letters && paragraphProperty(name, attributes));
 }
 
 void WordReader::foundCharacters(const String& characters)

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "platform/base/Geometry.h"
-#include "platform/office/DocumentProperties.h"
 #include "platform/office/DocumentText.h"
+#include "platform/office/ElementReader.h"
 #include "platform/office/Relations.h"
-#include "platform/xml/XMLParser.h"
 
 /// Inside this folder: the machine that reads the markup of Word: the parts of DOCX (ECMA-376 part 1, 17),
 /// and the one document of Word 2003's XML, which has nearly the same elements.
@@ -15,7 +14,7 @@ namespace caddis::office {
 
 enum class NoteKind { Footnote, Endnote };
 
-class WordReader : private XMLParserDelegate {
+class WordReader : private ElementReader<WordReader> {
 public:
     explicit WordReader(const Parts* parts = nullptr);
 
@@ -31,11 +30,7 @@ public:
     AttributedString finish() &&;
 
 private:
-    using Handler = void (WordReader::*)(const XMLAttributes&);
-    struct Element {
-        Handler start = nullptr;
-        void (WordReader::*end)() = nullptr;
-    };
+    friend class ElementReader<WordReader>;
     enum class TextTarget { None, Run, Instruction, Picture };
     enum class Borders { None, Cell, Table };
 
@@ -50,11 +45,10 @@ private:
         String link;
         bool isResult = false;
     };
-    static const std::unordered_map<std::string_view, Element>& elements();
+    static const Elements& elements();
     static bool isSkipped(std::string_view name);
 
-    void didStartElement(std::string_view name, const XMLAttributes& attributes) override;
-    void didEndElement(std::string_view name) override;
+    bool takeElement(std::string_view name, const XMLAttributes& attributes) override;
     void foundCharacters(const String& characters) override;
 
     // Text (WordReader.cpp).
@@ -152,19 +146,17 @@ private:
     bool paragraphProperty(std::string_view name, const XMLAttributes& attributes);
     void indents(const XMLAttributes& attributes);
     void spacing(const XMLAttributes& attributes);
+    void endTabs() { m_isInTabs = false; }
     void tabStop(const XMLAttributes& attributes);
     void shading(const XMLAttributes& attributes);
 
     const Parts* m_parts;
-    DocumentProperties m_properties { DocumentProperties::Kind::OfficeOpen };
-    Dictionary m_page;
     DocumentText m_text;
     StyleSheet m_styles;
     Numbering m_numbering;
     const Relations* m_relations = nullptr; // Of the part that is read.
     std::map<std::string, String, std::less<>> m_themeFonts; // "major" and "minor".
     bool m_hasBody = false;
-    std::size_t m_skipped = 0; // Elements that are open and left out.
 
     std::vector<Paragraph> m_paragraphs;
     std::vector<LetterProperties> m_runs;
@@ -176,7 +168,7 @@ private:
 
     LetterProperties* m_letters = nullptr; // What a property element goes to.
     ParagraphProperties* m_paragraph = nullptr;
-    bool m_isInTabs = false;
+    bool m_isInTabs = false; // "w:tab" is a stop there.
     Style* m_style = nullptr; // The one that is defined.
     LetterProperties m_markLetters; // Those of a paragraph's mark, which nobody sees.
     ListLevels* m_list = nullptr;
