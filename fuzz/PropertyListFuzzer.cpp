@@ -15,8 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!list)
         return 0;
     INVARIANT(countOf(*list) <= 2 * size + 1);
-    const std::string text = PropertyList::writeOldStyle(*list);
-    const auto again = PropertyList::readOldStyle(String::fromUtf8(text));
+    const auto again = PropertyList::readOldStyle(String::fromUtf8(PropertyList::writeOldStyle(*list)));
     INVARIANT(again);
     const std::string plain = PropertyList::writeOldStyle(*again);
     INVARIANT(PropertyList::readOldStyle(String::fromUtf8(plain)) == again);

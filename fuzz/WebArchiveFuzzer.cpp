@@ -9,9 +9,7 @@
 
 using namespace caddis;
 
-namespace {
-
-void checkFrames(const WebArchive& root, const WebArchive& archive)
+static void checkFrames(const WebArchive& root, const WebArchive& archive)
 {
     for (const WebResource& resource : archive.subresources())
         INVARIANT(subresourceForURL(root, resource.url())->url() == resource.url());
@@ -21,18 +19,15 @@ void checkFrames(const WebArchive& root, const WebArchive& archive)
     }
 }
 
-} // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     setLogSink([](const String&) {}); // Encodings that nobody knows.
-    const auto archive
-        = WebArchive::initWithData(Data::copyOf({ reinterpret_cast<const char*>(data), size }));
-    if (!archive)
-        return 0;
-    checkFrames(*archive, *archive);
-    const ArchiveText found = searchableTextAndSource(*archive);
-    INVARIANT(found.text->isEmpty() || found.text->view().starts_with(u"\n\n"));
-    INVARIANT(found.source == documentSource(archive->mainResource()));
+    if (const auto archive
+        = WebArchive::initWithData(Data::copyOf({ reinterpret_cast<const char*>(data), size }))) {
+        checkFrames(*archive, *archive);
+        const ArchiveText found = searchableTextAndSource(*archive);
+        INVARIANT(found.text->isEmpty() || found.text->view().starts_with(u"\n\n"));
+        INVARIANT(found.source == documentSource(archive->mainResource()));
+    }
     return 0;
 }
