@@ -21,6 +21,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <new>
 
 using namespace caddis;
@@ -206,11 +207,20 @@ ExitCode run(CommandLine& line)
     for (const String& what : connection ? connection->takeLeftOut() : std::vector<String>())
         std::fprintf(stderr, "caddis: left out: %s\n", what.utf8().c_str());
     if (line.keep)
-        static_cast<void>(helper.release()); // Its end would terminate the helper.
+        std::exit(code); // From in here: the task's end would terminate the helper.
     return code;
 }
 
 } // namespace
+
+#ifdef __SANITIZE_ADDRESS__
+// What the library of fonts keeps for itself.
+extern "C" [[gnu::visibility("default")]] const char*
+__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier): the tool's name
+{
+    return "leak:libfontconfig";
+}
+#endif
 
 int main(int argumentCount, char** arguments)
 {
