@@ -42,6 +42,9 @@ public:
         std::size_t memory = std::size_t(1) << 30; ///< bytes of its own that a helper can have; 0: no limit
         std::uint64_t largestFile = 0; ///< bytes; larger ones are not asked about; 0: no limit
         unsigned renewAfter = 20'000; ///< questions after which a helper is replaced
+        /// How often a question is asked again because somebody has sent SIGKILL or SIGTERM to the helper,
+        /// which is not the file's fault. The kernel's SIGKILL for want of memory may be.
+        unsigned mostKills = 100;
         HelperProfile profile = HelperProfile::Reader;
         QualityOfService quality = QualityOfService::Default;
         std::string log; ///< the file to which helpers' logs are appended; empty: standard error

@@ -16,9 +16,6 @@ using Clock = std::chrono::steady_clock;
 
 // A file is given up at its second failure.
 constexpr unsigned MostFailures = 2;
-// SIGKILL and SIGTERM come from somebody else, who is not the file; but for the kernel when it has no memory
-// left, and that is told by its count.
-constexpr unsigned MostOutsideKills = 20;
 // Standbys that are found dead in a row, before it is called a failure.
 constexpr int MostDeadStandbys = 20;
 constexpr double LongestEnding = 0.25;
@@ -141,7 +138,7 @@ PooledHelper::Answer PooledHelper::ask(const HelperQuestion& question, unsigned&
         if (!answer.harmedHelper)
             return answer;
         discard();
-        const bool counts = !answer.wasKilledFromOutside || ++outsideKills > MostOutsideKills;
+        const bool counts = !answer.wasKilledFromOutside || ++outsideKills > m_settings.mostKills;
         if (counts && ++failures == MostFailures)
             return answer;
     }
