@@ -5,38 +5,58 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 namespace caddis::tool {
 
 namespace {
 
-constexpr char Options[] = "  --json       print JSON, one line per result\n"
-                           "  -o FILE      write data to FILE\n"
-                           "  --items      of a feed: print its items, one line of JSON each\n"
-                           "  --source     of a web archive: print its page's markup\n"
-                           "  --base URL   of a page: what its references are relative to\n"
-                           "  --charset NAME  of a page: its encoding, whatever it says itself\n"
-                           "  --allow-remote  of a page: load what it refers to from anywhere\n"
-                           "  --url URL    of a feed: where it comes from, to resolve its links\n"
-                           "  --icon       of a preview: the icon of a file that can't be shown\n"
-                           "  --size N     of a page or a picture: its longer side in pixels\n"
-                           "  --source TEXT  of a script: its source, instead of FILE\n"
-                           "  --keep       leave a helper that had to be launched running\n"
-                           "  --help       this; after a command, that command\n";
+struct OptionRow {
+    std::string_view commands; ///< the names of those that have it, with blanks between; empty: all
+    const char* text;
+};
+
+constexpr OptionRow options[] = {
+    { "", "  --json       print JSON, one line per result\n" },
+    { "", "  -o FILE      write data to FILE\n" },
+    { "feed", "  --items      of a feed: print its items, one line of JSON each\n" },
+    { "feed", "  --url URL    of a feed: where it comes from, to resolve its links\n" },
+    { "webarchive", "  --source     of a web archive: print its page's markup\n" },
+    { "html2rtfd", "  --base URL   of a page: what its references are relative to\n" },
+    { "html2rtfd", "  --charset NAME  of a page: its encoding, whatever it says itself\n" },
+    { "html2rtfd", "  --allow-remote  of a page: load what it refers to from anywhere\n" },
+    { "preview", "  --icon       of a preview: the icon of a file that can't be shown\n" },
+    { "thumbnail preview page", "  --size N     of a page or a picture: its longer side in pixels\n" },
+    { "script", "  --source TEXT  of a script: its source, instead of FILE\n" },
+    { "", "  --keep       leave a helper that had to be launched running\n" },
+    { "", "  --help       this; after a command, that command\n" },
+};
+
+bool isOf(const OptionRow& option, const std::string& command)
+{
+    const std::string names = ' ' + std::string(option.commands) + ' ';
+    return option.commands.empty() || names.find(' ' + command + ' ') != std::string::npos;
+}
 
 void printUsage(std::FILE* out, std::span<const Command> table)
 {
     std::fputs("caddis COMMAND [OPTIONS] [ARGUMENTS]\n\n", out);
     for (const Command& command : table)
         std::fprintf(out, "  %-12s %-6s %s\n", command.name, command.arguments, command.summary);
-    std::fprintf(
-        out, "\n%s\nExit status: 0 done, 1 nothing found, 2 wrong usage, 3 the helper failed.\n", Options);
+    std::fputs("\n", out);
+    for (const OptionRow& option : options)
+        std::fputs(option.text, out);
+    std::fputs("\nExit status: 0 done, 1 nothing found, 2 wrong usage, 3 the helper failed.\n", out);
 }
 
 void printUsage(std::FILE* out, const Command& command)
 {
     std::fprintf(out, "caddis %s [OPTIONS] %s\n  %s\n\n%s\n%s", command.name, command.arguments,
-        command.summary, command.example, command.options ? command.options : Options);
+        command.summary, command.example, command.options ? command.options : "");
+    for (const OptionRow& option : options) {
+        if (!command.options && isOf(option, command.name))
+            std::fputs(option.text, out);
+    }
 }
 
 const Command* commandNamed(std::string_view name, std::span<const Command> table)
