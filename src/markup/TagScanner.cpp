@@ -43,8 +43,8 @@ inline std::size_t plainLength(const UnitMasks& masks, std::size_t place, std::s
     const std::uint64_t oddBefore = 0 - (UnitMasks::window(masks.inDouble, place) & 1);
     for (std::size_t at = place; at + BlockUnits <= unitsAtHand; at += Step) {
         const std::uint64_t inValues = UnitMasks::window(masks.inDouble, at) ^ oddBefore;
-        const std::uint64_t ends = UnitMasks::window(masks.greater, at) & ~inValues;
-        const std::uint64_t before = (ends - 1) & ~ends & Examined;
+        const std::uint64_t ends = UnitMasks::window(masks.greater, at) & ~inValues & Examined;
+        const std::uint64_t before = (ends - 1) & ~ends & Examined; // All, if nothing ends here.
         const std::uint64_t strayQuotes = UnitMasks::window(masks.singleQuote, at) & ~inValues;
         const std::uint64_t looseQuotes = inValues & ~((inValues | UnitMasks::window(masks.equals, at)) << 1);
         if ((strayQuotes | looseQuotes) & before)

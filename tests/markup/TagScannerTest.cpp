@@ -152,19 +152,36 @@ std::u16string hostileText(std::minstd_rand& random, unsigned mostPieces)
     return text;
 }
 
+// A quote or bracket at every place of a window and behind it.
+String tagOfLength(std::size_t filler, std::u16string_view end)
+{
+    return String(u"<b " + std::u16string(filler, u'x') + std::u16string(end) + u"\">'> \">");
+}
+
+void expectCallsOfTheReference(const String& text)
+{
+    const auto expected = reference::Scanner(text).scan();
+    for (int width = 0; width <= static_cast<int>(widestVectors()); ++width) {
+        useVectors(static_cast<VectorWidth>(width));
+        ASSERT_EQ(reference::fastCalls(text), expected) << width << ": " << text.utf8();
+    }
+    useVectors(widestVectors());
+}
+
+TEST(TagScanner, MakesTheCallsOfTheReferenceWhereverATagEnds)
+{
+    for (std::size_t filler = 0; filler < 200; ++filler)
+        for (const std::u16string_view end : { u"", u"\"", u"'", u"=", u"=\"", u"='", u"=\"y\"", u"\" =\"" })
+            expectCallsOfTheReference(tagOfLength(filler, end));
+}
+
 TEST(TagScanner, MakesTheCallsOfTheReferenceAtEveryWidth)
 {
     std::minstd_rand random(7);
     for (int round = 0; round < 10000; ++round) {
         // Every tenth text is longer than the batches in which a text is classified.
-        const String text(hostileText(random, round % 10 ? 100 : 2000));
-        const auto expected = reference::Scanner(text).scan();
-        for (int width = 0; width <= static_cast<int>(widestVectors()); ++width) {
-            useVectors(static_cast<VectorWidth>(width));
-            ASSERT_EQ(reference::fastCalls(text), expected) << width << ": " << text.utf8();
-        }
+        expectCallsOfTheReference(String(hostileText(random, round % 10 ? 100 : 2000)));
     }
-    useVectors(widestVectors());
 }
 
 } // namespace
