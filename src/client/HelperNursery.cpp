@@ -13,19 +13,16 @@ namespace {
 constexpr unsigned MostFailedLaunches = 2;
 // Helpers that somebody kills while they start; each costs milliseconds.
 constexpr unsigned MostKilledLaunches = 100;
+constexpr double LongestEnding = 0.1; // Seconds from a signal to the end of its process.
 
 bool wasKilledFromOutside(const HelperTask& helper)
 {
     constexpr int Signalled = 128; // A task's status adds it to the signal.
-    Task* const task = helper.launchedTask();
-    const auto status = task ? task->terminationStatus() : std::nullopt;
-    switch (status.value_or(0) - Signalled) {
-    case SIGKILL:
-    case SIGTERM:
-        return true;
-    default:
+    Task* const task = helper.lastTask();
+    if (!task || !task->waitUntilExit(LongestEnding))
         return false;
-    }
+    const int signal = task->terminationStatus().value_or(0) - Signalled;
+    return signal == SIGKILL || signal == SIGTERM;
 }
 
 String nextName()

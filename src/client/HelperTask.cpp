@@ -83,7 +83,7 @@ std::optional<Proxy> HelperTask::startAndConnect(double timeout)
         log(u"Couldn't launch %@. Giving up.", m_path);
     else
         log(u"Couldn't launch %@.", m_path);
-    m_task.reset();
+    m_ending = std::move(m_task);
     return std::nullopt;
 }
 

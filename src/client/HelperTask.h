@@ -74,6 +74,8 @@ public:
     void killWithChildren();
     /// The launched helper; null when this task has launched none.
     Task* launchedTask() const { return m_task.get(); }
+    /// That, or the one that was launched before; null when there was none.
+    Task* lastTask() const { return m_task ? m_task.get() : m_ending.get(); }
     const String& registeredProxyName() const { return m_proxyName; }
 
     double timeout() const { return m_timeout; }
