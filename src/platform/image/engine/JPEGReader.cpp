@@ -25,6 +25,8 @@ class Decompressor {
 public:
     explicit Decompressor(const Data& data)
     {
+        if (data.size() == 0)
+            throw Broken(); // What fails in here once the codec is made would leak it.
         codec.err = jpeg_std_error(&m_errors);
         m_errors.error_exit = fail;
         m_errors.output_message = ignore;
