@@ -2,6 +2,7 @@
 
 #include "Fuzz.h"
 #include "platform/image/ImageSource.h"
+#include "support/LibraryLeaks.h"
 
 #include <algorithm>
 

@@ -1,6 +1,7 @@
 #include "PictureFiles.h"
 #include "Seen.h"
 
+#include "support/LibraryLeaks.h"
 #include "support/TemporaryFolder.h"
 #include "support/Text.h"
 
@@ -12,16 +13,6 @@
 #include <sys/resource.h>
 
 // Files that are small and claim or cost much: nothing, or what can be had of them, in bounded memory.
-
-#ifdef __SANITIZE_ADDRESS__
-// Of the entities that a document declares, librsvg's reader leaves the values behind; the fonts that cairo
-// asks for are never given back.
-extern "C" [[gnu::visibility("default")]] const char*
-__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier): the tool's name
-{
-    return "leak:xmlParseEntityValue\nleak:libfontconfig";
-}
-#endif
 
 namespace caddis {
 namespace {
