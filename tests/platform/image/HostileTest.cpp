@@ -161,7 +161,7 @@ TEST(HostilePictures, RowsThatABitmapDoesNotHoldAreBlack)
             + le(24, 2) + std::string(24, '\0') + pixels;
     };
     EXPECT_FALSE(sourceOf(bitmap(6'356'992, 12, "")));
-    const std::string redRow = std::string("\0\0\xFF", 3) + "\0";
+    const std::string redRow("\0\0\xFF\0", 4);
     EXPECT_EQ(seen(sourceOf(bitmap(1, 2, redRow))->imageAtIndex(0)), "1x2 kkrr");
     const auto large = sourceOf(bitmap(60'000, 6'000, std::string(120'000, '\xFF')));
     EXPECT_EQ(seen(large->thumbnailAtIndex(0, { .maxPixelSize = 64 })), "64x6 kkkk");

@@ -53,7 +53,7 @@ const std::string& small()
 // The entries of a directory of a little-endian TIFF file; texts and data are kept behind it.
 class Directory {
 public:
-    enum Type : int { Text = 2, Short = 3, Long = 4, Bytes = 7 };
+    enum Type : unsigned { Text = 2, Short = 3, Long = 4, Bytes = 7 };
 
     Directory& number(int tag, std::uint32_t value, Type type = Long)
     {

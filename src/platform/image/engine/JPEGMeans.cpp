@@ -103,7 +103,7 @@ public:
             const std::size_t behind = code + count;
             if (index + count > values.size() || behind > std::size_t { 1 } << length)
                 throw Broken();
-            m_offsets[length] = static_cast<std::int32_t>(index) - static_cast<std::int32_t>(code);
+            m_offsets[length] = index - code;
             m_limits[length] = static_cast<std::uint32_t>(behind << (LongestCode - length));
             for (; code < behind; ++code, ++index)
                 if (length <= ShortBits)
@@ -129,8 +129,7 @@ public:
         bits.skip(std::min(length, LongestCode));
         if (length > LongestCode)
             return 0;
-        const auto code = static_cast<std::int32_t>(look >> (LongestCode - length));
-        return static_cast<std::uint8_t>(m_values[static_cast<std::size_t>(code + m_offsets[length])]);
+        return static_cast<std::uint8_t>(m_values[(look >> (LongestCode - length)) + m_offsets[length]]);
     }
 
 private:
@@ -143,7 +142,7 @@ private:
     };
     std::array<Entry, 1 << ShortBits> m_short {};
     std::array<std::uint32_t, LongestCode + 1> m_limits {}; // The first 16 bits behind each length's codes.
-    std::array<std::int32_t, LongestCode + 1> m_offsets {}; // From a code to the index of its value.
+    std::array<std::size_t, LongestCode + 1> m_offsets {}; // From a code to its value's index; it may wrap.
     std::string m_values;
 };
 
