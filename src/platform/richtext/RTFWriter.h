@@ -60,6 +60,7 @@ private:
         long share = 0; // Twips, of a column without a width.
         std::vector<TableCell> tall {}; // By column: the last cell of several rows that stands above.
         std::size_t coveredAtEnd = 0; // Columns behind the last cell.
+        std::size_t mostCovered = 0; // Columns of one cell, or between two.
     };
 
     void paragraph(Range range, const ParagraphStyle& style, const ParagraphStyle* next);
@@ -79,7 +80,7 @@ private:
     void tableParagraph(std::size_t level);
     void rowDefinition(std::size_t level);
     void coveredDefinition(const OpenRow& row, std::size_t column, long& right);
-    void cellDefinition(const TableCell& cell, long& right, long share);
+    void cellDefinition(const OpenRow& row, const TableCell& cell, long& right);
     void cellLooks(const TableCell& cell);
     void cellBorders(const TableCell& cell);
     std::vector<TableCell> cellsOfRow(std::size_t level, const TableCell& cell) const;
@@ -99,6 +100,7 @@ private:
     std::optional<CharacterStyle> m_styleOutside; // Of that field.
     std::vector<TableCell> m_cells; // Of the paragraph before.
 
+    std::size_t m_coveredColumns = 0; // Of all rows so far.
     std::vector<OpenRow> m_rows; // Those that the present paragraph is in, the outermost first.
 };
 

@@ -13,6 +13,7 @@ namespace {
 
 constexpr long TableWidth = 8640; // Twips: six inches, parted evenly where cells have no width.
 constexpr std::size_t MostCovered = 64; // Columns of one cell, or between two.
+constexpr std::size_t MostCoveredInAll = 200000; // Each is some thirty bytes, and may come of none.
 
 long twips(double points) { return std::lround(std::clamp(points, 0.0, 1000.0) * 20); }
 
@@ -22,15 +23,15 @@ bool isSameRow(const TableCell& left, const TableCell& right)
 }
 
 // Columns that belong to a cell of the row above, before the cell that stands next to `column`.
-std::size_t coveredColumns(std::size_t column, const TableCell& cell)
+std::size_t coveredColumns(std::size_t column, const TableCell& cell, std::size_t most)
 {
     const std::size_t count = cell.column > column ? cell.column - column : 0;
-    return count <= MostCovered ? count : 0;
+    return count <= most ? count : 0;
 }
 
-std::size_t columnsOf(const TableCell& cell)
+std::size_t columnsOf(const TableCell& cell, std::size_t most)
 {
-    return std::clamp<std::size_t>(cell.columnSpan, 1, MostCovered);
+    return std::clamp<std::size_t>(cell.columnSpan, 1, std::max<std::size_t>(most, 1));
 }
 
 // In twips, of a cell that has one.
@@ -41,10 +42,10 @@ std::optional<long> widthOf(const TableCell& cell)
 }
 
 // Notes which columns of the rows below are the cell's.
-void cover(std::vector<TableCell>& tall, const TableCell& cell)
+void cover(std::vector<TableCell>& tall, const TableCell& cell, std::size_t most)
 {
     constexpr std::size_t MostColumns = 1000;
-    const std::size_t end = cell.column + columnsOf(cell);
+    const std::size_t end = cell.column + columnsOf(cell, most);
     if (cell.rowSpan <= 1 || end > MostColumns)
         return;
     tall.resize(std::max(tall.size(), end));
@@ -59,11 +60,11 @@ const TableCell* tallCellAt(const std::vector<TableCell>& tall, std::size_t colu
     return isReached ? &tall[column] : nullptr;
 }
 
-std::size_t columnsOf(const std::vector<TableCell>& cells)
+std::size_t columnsOf(const std::vector<TableCell>& cells, std::size_t most)
 {
     std::size_t columns = 0;
     for (const TableCell& cell : cells)
-        columns += coveredColumns(columns, cell) + columnsOf(cell);
+        columns += coveredColumns(columns, cell, most) + columnsOf(cell, most);
     return std::max<std::size_t>(columns, 1);
 }
 
@@ -106,6 +107,7 @@ void Writer::beginRow(std::size_t level, const ParagraphStyle& style)
 {
     const TableCell& cell = style.cells[level];
     OpenRow row { .cells = cellsOfRow(level, cell) };
+    row.mostCovered = m_coveredColumns < MostCoveredInAll ? MostCovered : 0;
     const bool isSameTable = level < m_rows.size() && m_rows[level].cells.front().table == cell.table;
     if (isSameTable)
         row.tall = std::move(m_rows[level].tall);
@@ -113,11 +115,13 @@ void Writer::beginRow(std::size_t level, const ParagraphStyle& style)
     long width = TableWidth;
     if (level > 0) {
         const TableCell& outer = style.cells[level - 1];
-        width = widthOf(outer).value_or(m_rows.back().share * static_cast<long>(columnsOf(outer)));
+        width = widthOf(outer).value_or(
+            m_rows.back().share * static_cast<long>(columnsOf(outer, m_rows.back().mostCovered)));
     }
-    const std::size_t columns = columnsOf(row.cells);
-    while (tallCellAt(row.tall, columns + row.coveredAtEnd, cell.row))
+    const std::size_t columns = columnsOf(row.cells, row.mostCovered);
+    while (row.coveredAtEnd < row.mostCovered && tallCellAt(row.tall, columns + row.coveredAtEnd, cell.row))
         ++row.coveredAtEnd;
+    m_coveredColumns += columns + row.coveredAtEnd - row.cells.size();
     row.share = std::max(width / static_cast<long>(columns + row.coveredAtEnd), 1L);
     m_rows.push_back(std::move(row));
     if (level == 0) {
@@ -125,7 +129,7 @@ void Writer::beginRow(std::size_t level, const ParagraphStyle& style)
         rowDefinition(level);
         m_paragraph = nullptr;
     }
-    if (const std::size_t covered = coveredColumns(0, cell)) {
+    if (const std::size_t covered = coveredColumns(0, cell, m_rows[level].mostCovered)) {
         tableParagraph(level);
         endCoveredCells(level, covered);
     }
@@ -163,7 +167,7 @@ void Writer::endRow(std::size_t level, bool isLast)
     }
     OpenRow& row = m_rows[level];
     for (const TableCell& cell : row.cells)
-        cover(row.tall, cell);
+        cover(row.tall, cell, row.mostCovered);
 }
 
 // A cell of several columns is followed by those that it is merged with; where a cell of the row above
@@ -185,10 +189,10 @@ void Writer::rowDefinition(std::size_t level)
     m_out += '\n';
     std::size_t column = 0;
     for (const TableCell& cell : row.cells) {
-        for (std::size_t count = coveredColumns(column, cell); count > 0; --count)
+        for (std::size_t count = coveredColumns(column, cell, row.mostCovered); count > 0; --count)
             coveredDefinition(row, column++, right);
-        cellDefinition(cell, right, row.share);
-        column = cell.column + columnsOf(cell);
+        cellDefinition(row, cell, right);
+        column = cell.column + columnsOf(cell, row.mostCovered);
     }
     for (std::size_t count = row.coveredAtEnd; count > 0; --count)
         coveredDefinition(row, column++, right);
@@ -204,18 +208,20 @@ void Writer::coveredDefinition(const OpenRow& row, std::size_t column, long& rig
         cellBorders(*tall);
     if (!width)
         m_out += "\\clftsWidth1";
-    right += width ? *width / static_cast<long>(columnsOf(*tall)) : row.share;
+    right += width ? *width / static_cast<long>(columnsOf(*tall, MostCovered)) : row.share;
     appendWord(m_out, "cellx", right);
     m_out += '\n';
 }
 
 // Moves `right` to the cell's end.
-void Writer::cellDefinition(const TableCell& cell, long& right, long share)
+void Writer::cellDefinition(const OpenRow& row, const TableCell& cell, long& right)
 {
-    const auto span = static_cast<long>(columnsOf(cell));
+    const auto span = static_cast<long>(columnsOf(cell, row.mostCovered));
     const auto ownWidth = widthOf(cell);
     const long left = right;
-    const long width = ownWidth.value_or(share * span);
+    const long width = ownWidth.value_or(row.share * span);
+    if (span > 1)
+        m_out += "\\clmgf";
     cellLooks(cell);
     for (long part = 1; part <= span; ++part) {
         m_out += part > 1 ? "\\clmrg" : "";
@@ -229,8 +235,6 @@ void Writer::cellLooks(const TableCell& cell)
 {
     if (cell.rowSpan > 1)
         m_out += "\\clvmgf";
-    if (columnsOf(cell) > 1)
-        m_out += "\\clmgf";
     if (cell.alignment != VerticalAlignment::Top)
         m_out += cell.alignment == VerticalAlignment::Middle ? "\\clvertalc" : "\\clvertalb";
     if (cell.background)
@@ -274,12 +278,13 @@ void Writer::endCells(const ParagraphStyle& style, const ParagraphStyle* next)
         if (level + 1 < cells.size())
             tableParagraph(level);
         endCell(level);
-        const std::size_t end = cells[level].column + columnsOf(cells[level]);
+        const std::size_t most = m_rows[level].mostCovered;
+        const std::size_t columns = columnsOf(cells[level], most);
         const bool isInTable = next && level == common && level < next->cells.size()
             && cells[level].table == next->cells[level].table;
         const bool rowGoesOn = isInTable && isSameRow(cells[level], next->cells[level]);
-        endCoveredCells(
-            level, columnsOf(cells[level]) - 1 + (rowGoesOn ? coveredColumns(end, next->cells[level]) : 0));
+        const std::size_t end = cells[level].column + columns;
+        endCoveredCells(level, columns - 1 + (rowGoesOn ? coveredColumns(end, next->cells[level], most) : 0));
         if (!rowGoesOn)
             endRow(level, !isInTable);
     }
