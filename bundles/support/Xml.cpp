@@ -101,7 +101,13 @@ XmlReader::XmlReader(XmlHandler& handler)
     xmlCtxtUseOptions(m_context->parser, XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
 }
 
-XmlReader::~XmlReader() { xmlFreeParserCtxt(m_context->parser); }
+// Entities that a document declares are kept in a tree, which the parser leaves to its owner.
+XmlReader::~XmlReader()
+{
+    xmlFreeDoc(m_context->parser->myDoc);
+    m_context->parser->myDoc = nullptr;
+    xmlFreeParserCtxt(m_context->parser);
+}
 
 bool XmlReader::feed(std::string_view bytes)
 {

@@ -85,8 +85,8 @@ TEST_F(HostileImporter, IsBoundedInWhatItGives)
     const auto garbage = host.metaDataOfFileAtPath(root.write("garbage.txt", ""));
     EXPECT_EQ(garbage->stringForKey(u"bytes"), u"\uFFFD\uFFFD\uFFFD"_s);
     EXPECT_FALSE(garbage->find(u"self"));
-    EXPECT_EQ(*garbage->find(u"refused"), Value(100 * 0x101))
-        << "what would be somewhere twice, or in itself";
+    EXPECT_EQ(*garbage->find(u"refused"), Value(100 + (64 << 8)))
+        << "what would be somewhere twice; or in itself, as long as it is not too deep";
 }
 
 TEST_F(HostileImporter, CannotBurgleFromAReader)

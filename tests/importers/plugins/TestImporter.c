@@ -84,6 +84,7 @@ static void entangle(CaddisValue* attributes)
         host->retain(inner);
         host->append(outer, inner);
         refused += !host->append(outer, inner);
+        host->retain(outer);
         refused += !host->append(inner, outer) << 8;
         inner = outer;
     }
