@@ -128,7 +128,12 @@ BENCHMARK_CAPTURE(allPages, caddis, import)
 BENCHMARK_CAPTURE(allPages, libxml2, [](const DocumentationPage& page) { parse(page.bytes.chars()); })
     ->Name("htmlImport/130-pages/floor:libxml2")
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(medianPage)->Name("htmlImport/median-page/caddis")->UseManualTime()->Unit(benchmark::kMillisecond);
+// An iteration counts one page and reads them all.
+BENCHMARK(medianPage)
+    ->Name("htmlImport/median-page/caddis")
+    ->Iterations(3)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 void deepPage(benchmark::State& state)
 {
