@@ -16,31 +16,32 @@ struct ComputedStyle {
     // Handed down to the elements inside.
     String fontFamily { u"Times" };
     double fontSize = 12; ///< points
-    int fontWeight = 400;
-    bool isItalic = false;
+    double letterSpacing = 0;
+    double textIndent = 0;
+    double borderSpacing = 2;
+    std::u16string_view listMarker; ///< a list's marker given as a text
+    std::shared_ptr<const CustomProperties> customProperties; ///< null: none
     TextColor color {};
+    int fontWeight = 400;
     Keyword textAlign = Keyword::Start;
     Keyword textTransform = Keyword::None;
     Keyword whiteSpace = Keyword::Normal;
     Keyword listStyle = Keyword::Disc;
-    std::u16string_view listMarker; ///< a list's marker given as a text
+    VerticalAlignment cellAlignment = VerticalAlignment::Middle; ///< from a row to its cells
+    bool isItalic = false;
     bool isRightToLeft = false;
     bool hyphenates = false;
-    double letterSpacing = 0;
-    double textIndent = 0;
-    double borderSpacing = 2;
-    VerticalAlignment cellAlignment = VerticalAlignment::Middle; ///< from a row to its cells
-    std::shared_ptr<const CustomProperties> customProperties; ///< null: none
 
     // Not handed down, but they go on showing inside inline elements.
     std::uint8_t decoration = 0; ///< of PropertyValue::DecorationLine
-    std::optional<TextColor> background;
     int superscript = 0;
     double baselineOffset = 0;
+    std::optional<TextColor> background;
 
     // The element's own.
     Keyword display = Keyword::Inline;
     Keyword floating = Keyword::None;
+    std::optional<TextColor> borderColor;
     double marginTop = 0;
     double marginBottom = 0;
     double marginLeft = 0;
@@ -49,7 +50,6 @@ struct ComputedStyle {
     std::optional<double> height;
     double padding = 0;
     double borderWidth = 0;
-    std::optional<TextColor> borderColor;
 
     bool isHidden() const
     {
