@@ -1,11 +1,11 @@
 #include "PictureFiles.h"
 #include "Seen.h"
 
+#include "support/Deflate.h"
+
 #include "platform/image/ImageFiles.h"
 
 #include <gtest/gtest.h>
-
-#include <zlib.h>
 
 // Camera raw files as far as this system reads them: sensors stand for themselves as a few bytes, and the
 // previews are where the cameras put them.
@@ -169,20 +169,7 @@ std::string cr3(const std::string& largest)
     return type + movie(place) + head + box("mdat", largest);
 }
 
-std::string packed(std::string text)
-{
-    z_stream stream {};
-    deflateInit2(&stream, 1, Z_DEFLATED, 15 + 16, 9, Z_DEFAULT_STRATEGY);
-    std::string out(deflateBound(&stream, text.size()), '\0');
-    stream.next_in = reinterpret_cast<Bytef*>(text.data());
-    stream.avail_in = static_cast<uInt>(text.size());
-    stream.next_out = reinterpret_cast<Bytef*>(out.data());
-    stream.avail_out = static_cast<uInt>(out.size());
-    deflate(&stream, Z_FINISH);
-    out.resize(stream.total_out);
-    deflateEnd(&stream);
-    return out;
-}
+std::string packed(const std::string& text) { return deflated(text, 15 + 16); }
 
 // The whole picture, its orientation, and the small one.
 std::string seenRAW(const std::string& file)
