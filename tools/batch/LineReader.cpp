@@ -16,12 +16,12 @@ constexpr std::size_t PieceSize = 16 * 1024;
 
 std::optional<std::string> LineReader::next()
 {
-    std::size_t searched = 0;
-    std::size_t end = m_bytes.npos;
-    while ((end = m_bytes.find('\n', searched)) == m_bytes.npos) {
-        searched = m_bytes.size();
+    std::size_t end = m_bytes.find('\n');
+    while (end == m_bytes.npos) {
+        const std::size_t searched = m_bytes.size();
         if (!readMore())
             break;
+        end = m_bytes.find('\n', searched);
     }
     if (end == m_bytes.npos && m_bytes.empty())
         return std::nullopt;
